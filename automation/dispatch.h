@@ -1,0 +1,90 @@
+/// Calling members of objects by name, as pages and other languages do.
+///
+/// Contents: `CreateObject`, `call`, `get`, `put`, `class_of`, `ClassInfo` and its tables.
+///
+///     const pelm::ObjectRef main = pelm::automation::CreateObject("PelmComum2008.CMain");
+///     const pelm::Variant conn = get(*main, "CConn");
+///     std::array<OptionalArg, 1> args{Variant("select 1")};
+///     call(*conn.object(), "RunSQL", args);
+///
+/// Names compare without case. Errors: 429 for an unknown identifier, 438 for an unknown member
+/// or the wrong kind of access, 450 for too many arguments, 449 for a missing one, 13 or 6 for an
+/// argument that does not convert (the text names the member and the argument), and whatever the
+/// member itself raises. A by-reference argument is written back into its place in `args`.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "pelm/object.h"
+#include "pelm/variant.h"
+
+namespace pelm::automation {
+
+using Arguments = std::span<OptionalArg>;
+
+/// What an argument or a result is, for help texts and for tools.
+enum class ValueKind { None, Integer, Long, Double, Boolean, Date, Text, Variant, Object };
+
+struct ParameterInfo {
+  std::string_view name;
+  ValueKind kind = ValueKind::Variant;
+  bool by_reference = false;
+  bool optional = false;
+  Variant default_value;        ///< empty when optional without default: the member sees "absent"
+  std::string_view class_name;  ///< of an object argument
+};
+
+enum class MemberKind { Method, Property };
+
+struct MemberInfo {
+  std::string_view name;
+  MemberKind kind = MemberKind::Method;
+  std::string_view help;
+  std::vector<ParameterInfo> parameters;  ///< of a property: its index arguments
+  ValueKind result = ValueKind::None;
+  std::string_view result_class;  ///< of an object result
+  bool readable = true;           ///< properties only
+  bool writable = false;
+  bool is_default = false;  ///< answers when the object itself is called: rs("NOME")
+  std::function<Variant(Object&, Arguments)> invoke;  ///< method, or reading a property
+  std::function<void(Object&, Arguments, const Variant&)> assign;  ///< writing a property
+};
+
+struct ClassInfo {
+  std::string_view name;
+  std::string_view programmatic_identifier;  ///< empty: not created by pages
+  std::string_view help;
+  std::vector<MemberInfo> members;
+  std::function<ObjectRef()> create;
+
+  /// Without case; null when there is none.
+  const MemberInfo* find(std::string_view member) const noexcept;
+  const MemberInfo* default_member() const noexcept;
+};
+
+/// Every class, those that pages create first.
+std::span<const ClassInfo* const> classes();
+/// By name or programmatic identifier, without case; null when unknown.
+const ClassInfo* find_class(std::string_view name) noexcept;
+/// By the object's dynamic type; raises 438 for an object without a table.
+const ClassInfo& class_of(const Object& object);
+
+ObjectRef CreateObject(std::string_view programmatic_identifier);
+
+/// Runs a method, or reads a property. An empty name means the default member.
+Variant call(Object& object, std::string_view member, Arguments args = {});
+/// Reads a property.
+Variant get(Object& object, std::string_view member, Arguments index = {});
+void put(Object& object, std::string_view member, const Variant& value, Arguments index = {});
+
+/// The same with the member already looked up.
+Variant call(Object& object, const ClassInfo& cls, const MemberInfo& member, Arguments args);
+void put(Object& object, const ClassInfo& cls, const MemberInfo& member, const Variant& value,
+         Arguments index);
+
+}  // namespace pelm::automation

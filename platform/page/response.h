@@ -1,0 +1,86 @@
+/// What a page answers. Buffered unless told otherwise; the host decides where the bytes go.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "pelm/date.h"
+#include "pelm/object.h"
+
+namespace pelm::page {
+
+/// Thrown by `End` and `Redirect` to leave the page's code; the host ends the page normally. Not
+/// an `Error`: no trap catches it.
+struct PageEnded {};
+
+/// A cookie that the response sets.
+struct ResponseCookie {
+  std::string name;
+  std::string value;
+  std::string path = "/";
+  std::string domain;
+  std::optional<Date> expires;  ///< absent: until the browser closes
+  bool secure = false;
+  bool http_only = true;
+};
+
+class Response : public Object {
+ public:
+  /// Receives a piece of the body when it is flushed; the first call comes after the last moment
+  /// at which status and headers could change.
+  using Sink = std::function<void(const Response& head, std::string_view body)>;
+  /// Without a sink, flushing keeps the text in the buffer.
+  explicit Response(Sink sink = nullptr);
+
+  void Write(std::string_view text);
+  /// "200 OK". Raises invalid call (5) after the headers are sent, as do all below, and when the
+  /// text does not begin with a number from 100 to 599.
+  const std::string& Status() const { return status_; }
+  void Status(std::string_view status);
+  const std::string& ContentType() const { return content_type_; }  ///< default "text/html"
+  void ContentType(std::string_view type);
+  const std::string& Charset() const { return charset_; }  ///< default "utf-8"
+  void Charset(std::string_view charset);
+  /// Raises invalid call (5) for a name or value that would break the header.
+  void AddHeader(std::string_view name, std::string_view value);
+  void SetCookie(ResponseCookie cookie);
+  /// Default true; false flushes every write.
+  bool Buffer() const { return buffered_; }
+  void Buffer(bool buffered);
+  void Flush();
+  void Clear();             ///< Drops what is buffered. Raises invalid call (5) when not buffering.
+  [[noreturn]] void End();  ///< throws PageEnded
+  [[noreturn]] void Redirect(std::string_view location);  ///< 302, throws PageEnded
+  /// False once the client is known to have gone.
+  bool IsClientConnected() const { return connected_; }
+  void client_connected(bool connected) { connected_ = connected; }
+
+  /// For the host: what is not yet flushed, and the head.
+  const std::string& body() const { return body_; }
+  int status_code() const;
+  bool headers_sent() const { return headers_sent_; }
+  const std::vector<std::pair<std::string, std::string>>& headers() const { return headers_; }
+  const std::vector<ResponseCookie>& cookies() const { return cookies_; }
+  /// "text/html; charset=utf-8"
+  std::string content_type_header() const;
+
+ private:
+  void refuse_after_headers() const;
+
+  Sink sink_;
+  std::string body_;
+  std::string status_ = "200 OK";
+  std::string content_type_ = "text/html";
+  std::string charset_ = "utf-8";
+  std::vector<std::pair<std::string, std::string>> headers_;
+  std::vector<ResponseCookie> cookies_;
+  bool buffered_ = true;
+  bool headers_sent_ = false;
+  bool connected_ = true;
+};
+
+}  // namespace pelm::page

@@ -1,0 +1,39 @@
+/// What the web server does for a page.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "pelm/object.h"
+
+namespace pelm::page {
+
+class Server : public Object {
+ public:
+  /// Creates an object by its programmatic identifier. Given by whoever knows the classes.
+  using Creator = std::function<ObjectRef(std::string_view programmatic_identifier)>;
+  Server(std::filesystem::path root, std::string page_path, Creator creator);
+
+  ObjectRef CreateObject(std::string_view programmatic_identifier) const;
+  /// &, <, >, " and ' as character references.
+  static std::string HTMLEncode(std::string_view text);
+  /// UTF-8 bytes outside letters, digits, "-", "_" and "." as %XX; a blank as "+".
+  static std::string URLEncode(std::string_view text);
+  /// A file of the site: a path that begins with "/" is taken from the root, another from the
+  /// page's folder. Raises invalid call (5) for a path that leaves the root or has a null byte.
+  std::string MapPath(std::string_view path) const;
+  /// Seconds a page may run; the host reads it. 0 leaves the host's own limit.
+  std::int32_t ScriptTimeout() const { return script_timeout_; }
+  void ScriptTimeout(std::int32_t seconds) { script_timeout_ = seconds; }
+
+ private:
+  std::filesystem::path root_;
+  std::string page_path_;  ///< from the root, begins with "/"
+  Creator creator_;
+  std::int32_t script_timeout_ = 0;
+};
+
+}  // namespace pelm::page
