@@ -1,14 +1,16 @@
 /// The web application's shared variables. One object for the whole process, safe from any thread.
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <thread>
 #include <vector>
 
 #include "pelm/object.h"
 #include "pelm/variant.h"
+#include "platform/page/variables.h"
 
 namespace pelm::page {
 
@@ -16,20 +18,26 @@ class Application : public Object {
  public:
   /// Empty when there is no variable of that name; names compare without case.
   Variant Value(std::string_view name) const;
+  /// Raises invalid call (5) for an object: objects belong to the thread that made them.
   void Value(std::string_view name, Variant value);
   void Remove(std::string_view name);
   void RemoveAll();
   /// In order of first assignment.
   std::vector<std::string> Names() const;
 
-  /// One page at a time between the two; nests on the same thread. The host unlocks what a page
-  /// left locked.
+  /// One page at a time between the two, readers too; nests on the same thread. `Unlock` by a
+  /// thread that holds nothing does nothing.
   void Lock();
   void Unlock();
+  /// For the host at the end of a page: releases all that this thread still holds. True when it
+  /// held anything.
+  bool unlock_all();
 
  private:
   mutable std::recursive_mutex mutex_;
-  std::vector<std::pair<std::string, Variant>> values_;
+  std::atomic<std::thread::id> owner_{};  ///< of the page's lock; no thread when there is none
+  int depth_ = 0;                         ///< touched by the owner alone
+  Variables values_;
 };
 
 }  // namespace pelm::page

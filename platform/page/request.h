@@ -32,9 +32,9 @@ class NamedValues : public Object {
 };
 
 /// Reads "a=1&b=x+y%20z": "+" is a blank, %XX a byte; a broken escape stays as it stands.
-NamedValues parse_url_encoded(std::string_view text);
+std::shared_ptr<NamedValues> parse_url_encoded(std::string_view text);
 /// Reads a Cookie header: "a=1; b=2".
-NamedValues parse_cookies(std::string_view header);
+std::shared_ptr<NamedValues> parse_cookies(std::string_view header);
 
 class Request : public Object {
  public:

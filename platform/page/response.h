@@ -1,7 +1,9 @@
 /// What a page answers. Buffered unless told otherwise; the host decides where the bytes go.
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,6 +38,7 @@ class Response : public Object {
   /// Without a sink, flushing keeps the text in the buffer.
   explicit Response(Sink sink = nullptr);
 
+  /// Raises out of memory (7) when the buffer would pass its limit.
   void Write(std::string_view text);
   /// "200 OK". Raises invalid call (5) after the headers are sent, as do all below, and when the
   /// text does not begin with a number from 100 to 599.
@@ -47,6 +50,8 @@ class Response : public Object {
   void Charset(std::string_view charset);
   /// Raises invalid call (5) for a name or value that would break the header.
   void AddHeader(std::string_view name, std::string_view value);
+  /// Replaces an earlier cookie of the same name, path and domain. Any value is good: the host
+  /// encodes it.
   void SetCookie(ResponseCookie cookie);
   /// Default true; false flushes every write.
   bool Buffer() const { return buffered_; }
@@ -59,6 +64,8 @@ class Response : public Object {
   bool IsClientConnected() const { return connected_; }
   void client_connected(bool connected) { connected_ = connected; }
 
+  /// For the host: bytes that may wait in the buffer; default no limit.
+  void buffer_limit(std::size_t bytes) { buffer_limit_ = bytes; }
   /// For the host: what is not yet flushed, and the head.
   const std::string& body() const { return body_; }
   int status_code() const;
@@ -78,6 +85,7 @@ class Response : public Object {
   std::string charset_ = "utf-8";
   std::vector<std::pair<std::string, std::string>> headers_;
   std::vector<ResponseCookie> cookies_;
+  std::size_t buffer_limit_ = std::numeric_limits<std::size_t>::max();
   bool buffered_ = true;
   bool headers_sent_ = false;
   bool connected_ = true;

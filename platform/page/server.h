@@ -17,17 +17,20 @@ class Server : public Object {
   using Creator = std::function<ObjectRef(std::string_view programmatic_identifier)>;
   Server(std::filesystem::path root, std::string page_path, Creator creator);
 
+  /// Raises 429 when nobody creates such an object.
   ObjectRef CreateObject(std::string_view programmatic_identifier) const;
   /// &, <, >, " and ' as character references.
   static std::string HTMLEncode(std::string_view text);
   /// UTF-8 bytes outside letters, digits, "-", "_" and "." as %XX; a blank as "+".
   static std::string URLEncode(std::string_view text);
   /// A file of the site: a path that begins with "/" is taken from the root, another from the
-  /// page's folder. Raises invalid call (5) for a path that leaves the root or has a null byte.
+  /// page's folder; "\\" counts as "/". The file need not exist. Raises invalid call (5) for a
+  /// path that leaves the root, by ".." or by a symbolic link, or has a null byte.
   std::string MapPath(std::string_view path) const;
-  /// Seconds a page may run; the host reads it. 0 leaves the host's own limit.
+  /// Seconds a page may run; the host reads it. 0 leaves the host's own limit. Raises invalid
+  /// call (5) for a negative number.
   std::int32_t ScriptTimeout() const { return script_timeout_; }
-  void ScriptTimeout(std::int32_t seconds) { script_timeout_ = seconds; }
+  void ScriptTimeout(std::int32_t seconds);
 
  private:
   std::filesystem::path root_;

@@ -2,23 +2,28 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "pelm/object.h"
 #include "pelm/variant.h"
+#include "platform/page/variables.h"
 
 namespace pelm::page {
 
 /// Several pages of one visitor may run at once, so every call is safe from any thread.
 class Session : public Object {
  public:
-  explicit Session(std::string id);
+  /// `begin` runs once, when a page first asks for the id or writes: a visitor whose pages never
+  /// do needs no session. It may raise, and then the page's call fails with it.
+  explicit Session(std::string id, std::function<void()> begin = nullptr);
 
-  const std::string& SessionID() const { return id_; }
+  const std::string& SessionID() const;
+  /// For the host: the id, without beginning the session.
+  const std::string& id() const { return id_; }
   /// Empty when there is no variable of that name; names compare without case.
   Variant Value(std::string_view name) const;
   /// Raises invalid call (5) for an object: objects belong to the thread that made them.
@@ -34,9 +39,12 @@ class Session : public Object {
   bool abandoned() const;
 
  private:
+  void begin() const;
+
   const std::string id_;
   mutable std::mutex mutex_;
-  std::vector<std::pair<std::string, Variant>> values_;
+  mutable std::function<void()> begin_;  ///< empty once it has run
+  Variables values_;
   std::int32_t timeout_ = 20;
   bool abandoned_ = false;
 };
