@@ -1,12 +1,13 @@
 # How a folder becomes a library and a test folder becomes a test program.
 
 # pelm_library(NAME SOURCES … [LINKS …]): a static library of the project. Headers are found from
-# the root of the tree and from include/.
+# the root of the tree, from include/ and, for pelm/version.h, from the build folder.
 function(pelm_library name)
   cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(${name} STATIC ${arg_SOURCES})
   target_compile_features(${name} PUBLIC cxx_std_20)
-  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include"
+                                            "${PROJECT_BINARY_DIR}/generated")
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS})
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON
                         CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
@@ -24,4 +25,23 @@ function(pelm_test name)
   target_compile_definitions(${name} PRIVATE "PELM_TESTS_DIR=\"${PROJECT_SOURCE_DIR}/tests\"")
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()
+
+# pelm_python_test(FILE [NAME=VALUE…]): each test method of a unittest file in this folder becomes a
+# CTest test, run with the given environment.
+function(pelm_python_test file)
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+  cmake_path(GET file STEM module)
+  file(STRINGS "${file}" lines REGEX "^(class [A-Za-z]+\\(|    def test_[a-z0-9_]+\\()")
+  foreach(line IN LISTS lines)
+    if(line MATCHES "^class ([A-Za-z]+)")
+      set(suite "${CMAKE_MATCH_1}")
+    elseif(line MATCHES "def (test_[a-z0-9_]+)")
+      add_test(NAME "${suite}.${CMAKE_MATCH_1}"
+               COMMAND Python3::Interpreter -B -m unittest "${module}.${suite}.${CMAKE_MATCH_1}"
+               WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+      set_tests_properties("${suite}.${CMAKE_MATCH_1}" PROPERTIES TIMEOUT 300 ENVIRONMENT "${ARGN}")
+    endif()
+  endforeach()
 endfunction()
