@@ -61,6 +61,8 @@ struct ClassInfo {
   std::string_view help;
   std::vector<MemberInfo> members;
   std::function<ObjectRef()> create;
+  /// What the end of the page means to an object that the page created; may be empty.
+  std::function<void(Object&)> page_end;
 
   /// Without case; null when there is none.
   const MemberInfo* find(std::string_view member) const noexcept;
@@ -76,7 +78,12 @@ const ClassInfo& class_of(const Object& object);
 
 ObjectRef CreateObject(std::string_view programmatic_identifier);
 
-/// Runs a method, or reads a property. An empty name means the default member.
+/// Tells an object that a page created that the page has ended. Raises what its ending raises.
+void end_page_object(Object& object);
+
+/// Runs a method, or reads a property. An empty name means the default member. Arguments given
+/// to a property that takes none go to the default member of the object it answers with:
+/// `rs("NOME")` is `rs.Fields.Item("NOME")`.
 Variant call(Object& object, std::string_view member, Arguments args = {});
 /// Reads a property.
 Variant get(Object& object, std::string_view member, Arguments index = {});

@@ -5,9 +5,9 @@
 
 namespace pelm {
 
-/// Has no members of its own: which members a page may call by name is told by the type library
-/// (automation/), which knows an object by its dynamic type.
-class Object {
+/// Can tell its own reference while a shared_ptr owns it. Which members a page may call by name is
+/// told by the type library (automation/), which knows an object by its dynamic type.
+class Object : public std::enable_shared_from_this<Object> {
  public:
   Object() = default;
   Object(const Object&) = delete;

@@ -21,6 +21,7 @@
 
 namespace pelm::ado {
 
+class CommandImpl;
 class Connection;
 class Recordset;
 
@@ -38,7 +39,7 @@ class Command : public Object {
   Command();
   ~Command() override;
 
-  /// Null detaches. Raises 3709 for a connection that is closed.
+  /// Null detaches, and so does closing the connection. Raises 3709 for one that is closed.
   const std::shared_ptr<Connection>& ActiveConnection() const;
   void ActiveConnection(std::shared_ptr<Connection> connection);
 
@@ -46,10 +47,11 @@ class Command : public Object {
   /// a procedure reports its call form once run.
   std::string CommandText() const;
   void CommandText(std::string text);
-  /// Default adCmdUnknown, run as text.
+  /// Default adCmdUnknown: a text that is nothing but a name is tried as a table, then as a
+  /// procedure; any other runs as it is. Raises 3001 for an unknown type.
   CommandTypeEnum CommandType() const;
   void CommandType(CommandTypeEnum type);
-  /// Seconds; default 30, not taken from the connection.
+  /// Seconds, 0 waits for ever; default 30, not taken from the connection. Raises 3001 below 0.
   std::int32_t CommandTimeout() const;
   void CommandTimeout(std::int32_t seconds);
 
@@ -57,19 +59,21 @@ class Command : public Object {
                                              DataTypeEnum type = adVariant,
                                              ParameterDirectionEnum direction = adParamInput,
                                              std::int32_t size = 0, Variant value = {}) const;
+  /// The n-th appended input parameter is the n-th `?` of a text. Raises 3001 for null.
   void Append(std::shared_ptr<Parameter> parameter);
   const std::vector<std::shared_ptr<Parameter>>& Parameters() const;
   /// By name without case. Raises 3265.
   Parameter& Parameters(std::string_view name) const;
 
-  /// Runs it. Returns its rows, or a closed record set when it has none; output parameters hold
-  /// their results. Raises 3709 without an open connection.
+  /// Runs it. Returns its rows (forward-only, read-only), or a closed record set when it has none;
+  /// output parameters hold their results. Raises 3709 without an open connection, 3421 for a
+  /// parameter whose value is not of its type.
   std::shared_ptr<Recordset> Execute(std::int32_t* records_affected = nullptr,
                                      std::int32_t options = adOptionUnspecified);
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  friend class CommandImpl;
+  std::unique_ptr<CommandImpl> impl_;
 };
 
 }  // namespace pelm::ado

@@ -24,7 +24,7 @@ namespace pelm::ado {
 class Recordset;
 class ConnectionImpl;
 
-class Connection : public Object {
+class Connection : public Object, public std::enable_shared_from_this<Connection> {
  public:
   Connection();
   ~Connection() override;  ///< An open transaction is rolled back. Never throws.
@@ -34,10 +34,11 @@ class Connection : public Object {
   const std::string& ConnectionString() const;
   void ConnectionString(std::string value);
 
-  /// Seconds, 0 waits for ever; default 15. Assigning raises 3705 while open.
+  /// Seconds, 0 waits for ever; default 15. Assigning raises 3705 while open, 3001 below 0.
   std::int32_t ConnectionTimeout() const;
   void ConnectionTimeout(std::int32_t seconds);
-  /// Seconds, 0 waits for ever; default 30. Used by `Execute` and by commands that set none.
+  /// Seconds, 0 waits for ever; default 30. Used by `Execute` and by record sets opened from a
+  /// text; a command has its own. Raises 3001 below 0.
   std::int32_t CommandTimeout() const;
   void CommandTimeout(std::int32_t seconds);
   /// Default adModeUnknown. adModeRead refuses writes. Assigning raises 3705 while open.
@@ -46,11 +47,12 @@ class Connection : public Object {
   /// Default adUseServer; the default of record sets opened on this connection.
   CursorLocationEnum CursorLocation() const;
   void CursorLocation(CursorLocationEnum location);
-  /// Default adXactReadCommitted.
+  /// Default adXactReadCommitted. Used by the next `BeginTrans`.
   IsolationLevelEnum IsolationLevel() const;
   void IsolationLevel(IsolationLevelEnum level);
   /// The provider's name, "SQLite" or "MSDASQL" (ODBC).
   std::string Provider() const;
+  /// Of the database objects whose behaviour this is: "2.5".
   std::string Version() const;
   ObjectStateEnum State() const;
 
@@ -59,11 +61,14 @@ class Connection : public Object {
   /// password join the string when not empty.
   void Open(std::string_view connection_string = {}, std::string_view user = {},
             std::string_view password = {}, std::int32_t options = adOptionUnspecified);
-  /// Closes the record sets on it. Raises 3704 when closed, 3246 inside a transaction.
+  /// Closes the record sets on it, dropping their pending edits, and detaches its commands.
+  /// Raises 3704 when closed, 3246 inside a transaction.
   void Close();
 
-  /// Runs a statement at once. Returns its rows, or a closed record set when it has none.
-  /// `records_affected`, where given, receives the count of changed rows. Raises 3709 when closed.
+  /// Runs a statement at once. Returns its rows (forward-only, read-only), or a closed record set
+  /// when it has none. `records_affected`, where given, receives the count of changed rows, -1 for
+  /// a statement that changes none by its nature. `options`: a CommandTypeEnum, and
+  /// adExecuteNoRecords to drop the rows. Raises 3709 when closed.
   std::shared_ptr<Recordset> Execute(std::string_view command_text,
                                      std::int32_t* records_affected = nullptr,
                                      std::int32_t options = adOptionUnspecified);
@@ -71,7 +76,7 @@ class Connection : public Object {
   /// Returns the nesting level, always 1: a transaction inside a transaction is refused by the
   /// provider. Raises 3704 when closed.
   std::int32_t BeginTrans();
-  /// Raise the provider's error when no transaction is open.
+  /// Raise the provider's error when no transaction is open, 3704 when closed.
   void CommitTrans();
   void RollbackTrans();
 

@@ -5,7 +5,9 @@
 
 namespace pelm::ado {
 
+/// As an argument of `Open`, unspecified keeps the record set's property.
 enum CursorTypeEnum : std::int32_t {
+  adOpenUnspecified = -1,
   adOpenForwardOnly = 0,
   adOpenKeyset = 1,
   adOpenDynamic = 2,
@@ -13,6 +15,7 @@ enum CursorTypeEnum : std::int32_t {
 };
 
 enum LockTypeEnum : std::int32_t {
+  adLockUnspecified = -1,
   adLockReadOnly = 1,
   adLockPessimistic = 2,
   adLockOptimistic = 3,
@@ -40,6 +43,8 @@ enum ConnectModeEnum : std::int32_t {
   adModeWrite = 2,
   adModeReadWrite = 3,
 };
+
+enum PositionEnum : std::int32_t { adPosUnknown = -1, adPosBOF = -2, adPosEOF = -3 };
 
 enum IsolationLevelEnum : std::int32_t {
   adXactUnspecified = -1,

@@ -1,0 +1,54 @@
+/// The database objects that a page may hold but C++ code has no need of: collections and fields
+/// as objects of their own.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "pelm/ado/command.h"
+#include "pelm/ado/recordset.h"
+#include "pelm/object.h"
+#include "pelm/variant.h"
+
+namespace pelm::automation {
+
+/// One column of a record set's current row; keeps its record set alive.
+class FieldObject : public Object {
+ public:
+  FieldObject(std::shared_ptr<ado::Recordset> owner, std::size_t index)
+      : owner_(std::move(owner)), index_(index) {}
+  ado::Field field() const { return owner_->Fields(index_); }
+
+ private:
+  std::shared_ptr<ado::Recordset> owner_;
+  std::size_t index_;
+};
+
+/// The columns of a record set; keeps it alive.
+class FieldsObject : public Object {
+ public:
+  explicit FieldsObject(std::shared_ptr<ado::Recordset> owner) : owner_(std::move(owner)) {}
+  std::int32_t Count() const { return static_cast<std::int32_t>(owner_->FieldCount()); }
+  /// By name or 0-based position. Raises 3265.
+  std::shared_ptr<FieldObject> Item(const Variant& index) const;
+
+ private:
+  std::shared_ptr<ado::Recordset> owner_;
+};
+
+/// The arguments of a command; keeps it alive.
+class ParametersObject : public Object {
+ public:
+  explicit ParametersObject(std::shared_ptr<ado::Command> owner) : owner_(std::move(owner)) {}
+  std::int32_t Count() const { return static_cast<std::int32_t>(owner_->Parameters().size()); }
+  /// By name or 0-based position. Raises 3265.
+  std::shared_ptr<ado::Parameter> Item(const Variant& index) const;
+  void Append(std::shared_ptr<ado::Parameter> parameter) { owner_->Append(std::move(parameter)); }
+
+ private:
+  std::shared_ptr<ado::Command> owner_;
+};
+
+}  // namespace pelm::automation

@@ -1,0 +1,31 @@
+// The type library's table of CMain.
+#include "pelm/cmain.h"
+#include "automation/binding.h"
+#include "automation/class_list.h"
+#include "pelm/base.h"
+#include "pelm/conn.h"
+#include "pelm/manipula_data.h"
+
+namespace pelm::automation {
+
+ClassEntry cmain_table() {
+  ClassEntry entry = class_table<CMain>(
+      kClassName<CMain>, "PelmComum2008.CMain",
+      "The facade through which a page reaches the working objects of its thread.",
+      {
+          property("IsWeb", "A stored flag; True on a new object.", &CMain::IsWeb, &CMain::IsWeb),
+          computed<&CMain::Data>("Data", "The shared date helper, created on first read."),
+          computed<&CMain::CBase>("CBase",
+                                  "The shared business-records object, created on first read."),
+          computed<&CMain::CConn>("CConn", "The shared connection object, created on first read."),
+          method<&CMain::myCDbl>(
+              "myCDbl",
+              "A number with a decimal point; each digit of the fraction counts in "
+              "hundredths (\"1.5\" is 1.05).",
+              {"sValor"}),
+      });
+  entry.info.page_end = [](Object& main) { static_cast<CMain&>(main).end(); };
+  return entry;
+}
+
+}  // namespace pelm::automation

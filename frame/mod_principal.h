@@ -1,0 +1,12 @@
+/// Start-up of a thread.
+#pragma once
+
+namespace pelm::frame {
+
+/// Runs `Main` unless it has run on this thread. Every public class calls it when created.
+void start_thread();
+
+/// Creates the thread's OID allocator.
+void Main();
+
+}  // namespace pelm::frame
