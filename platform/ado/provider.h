@@ -36,6 +36,11 @@ class Cursor {
   virtual ~Cursor() = default;
   /// Empty for a statement that returns no rows.
   virtual std::span<const Column> columns() const = 0;
+  /// The same for keeping; a provider that remembers its statements shares them uncopied.
+  virtual std::shared_ptr<const std::vector<Column>> shared_columns() const {
+    const std::span<const Column> all = columns();
+    return std::make_shared<const std::vector<Column>>(all.begin(), all.end());
+  }
   /// False at the end, and then for ever.
   virtual bool next() = 0;
   /// Of the current row: null, Long (Integer for adSmallInt), Double, Boolean, Date or text.
@@ -68,11 +73,19 @@ class Session {
                                           std::span<const Variant> values = {}) = 0;
 
   /// The columns of a table or view, without reading a row of it; one call of the database at
-  /// most. Raises kNoTable. Shared, so that record sets may keep it.
+  /// most. `table` as a statement may name it: qualified, between brackets or quotes. Raises
+  /// kNoTable. Shared, so that record sets may keep it.
   virtual std::shared_ptr<const std::vector<Column>> describe(std::string_view table) = 0;
 
   /// An identifier as it must stand in a statement of ours.
   virtual std::string quoted(std::string_view identifier) const = 0;
+
+  /// A condition with one `?` that holds while a column has the value (never null) that was read
+  /// from it. Overridden where plain equality would miss: texts too long to compare, fractions of
+  /// a second that a Date has lost.
+  virtual std::string same_value(const Column& column) const {
+    return quoted(column.name) + " = ?";
+  }
 
   virtual void call(std::string_view procedure, std::span<ProcedureArgument> arguments) = 0;
 
@@ -80,8 +93,9 @@ class Session {
   virtual void commit() = 0;
   virtual void rollback() = 0;
 
-  /// Before an idle session is handed out again: rolls back what is open and drops what the last
-  /// user left. False when the session is lost and must go.
+  /// When a session is given back and again when it is handed out: rolls back what is open and
+  /// drops what the last user left. Costs next to nothing where there is nothing to do. False when
+  /// the session is lost and must go.
   virtual bool reset() noexcept = 0;
 };
 
