@@ -41,17 +41,25 @@ class Date {
   static Date from_civil(const CivilTime& t);
 
   constexpr double serial() const noexcept { return serial_; }
-  /// Rounded to the nearest second.
+  /// Rounded to the nearest second; the last second of the year 9999 is not left.
   CivilTime civil() const noexcept;
-  /// Sunday is 1, Saturday is 7.
+  /// Of the day that `civil()` shows. Sunday is 1, Saturday is 7.
   int weekday() const noexcept;
 
-  /// Same moment; a serial is compared exactly.
-  friend constexpr bool operator==(Date a, Date b) = default;
-  friend std::partial_ordering operator<=>(Date a, Date b) noexcept;
+  /// By moment, not by serial: -0.25 and 0.25 are both 06:00 of day zero. Nothing is rounded.
+  friend constexpr bool operator==(Date a, Date b) noexcept { return (a <=> b) == 0; }
+  friend constexpr std::partial_ordering operator<=>(Date a, Date b) noexcept {
+    if (const auto by_day = a.day() <=> b.day(); by_day != 0) return by_day;
+    return a.day_fraction() <=> b.day_fraction();
+  }
 
  private:
   constexpr explicit Date(double serial) : serial_(serial) {}
+  constexpr std::int32_t day() const noexcept { return static_cast<std::int32_t>(serial_); }
+  constexpr double day_fraction() const noexcept {
+    const double fraction = serial_ - day();
+    return fraction < 0 ? -fraction : fraction;
+  }
   double serial_ = 0.0;
 };
 

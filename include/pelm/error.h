@@ -92,6 +92,10 @@ class Error : public std::exception {
  public:
   Error(std::int32_t number, std::string source, std::string description,
         std::shared_ptr<const Diagnostics> diagnostics = nullptr);
+  // Copies share the state and never throw; there is no move, so no Error is ever hollow.
+  Error(const Error&) noexcept = default;
+  Error& operator=(const Error&) noexcept = default;
+  ~Error() override = default;
 
   std::int32_t number() const noexcept { return state_->number; }
   const std::string& source() const noexcept { return state_->source; }
@@ -102,7 +106,7 @@ class Error : public std::exception {
   /// The same failure reported from another place.
   Error with_source(std::string source) const;
 
-  /// "source: description (number)".
+  /// "source: description (number)"; without "source: " when that is empty.
   const char* what() const noexcept override { return state_->what.c_str(); }
 
  private:
@@ -113,7 +117,7 @@ class Error : public std::exception {
     std::shared_ptr<const Diagnostics> diagnostics;
     std::string what;
   };
-  std::shared_ptr<const State> state_;  // shared, so that copying an error never throws
+  std::shared_ptr<const State> state_;
 };
 
 enum class MessageLanguage { Portuguese, English };

@@ -17,7 +17,9 @@ Date clock_today();
 /// The time of `clock_now()` on day zero.
 Date clock_time();
 
-/// Replaces this thread's clock for its lifetime; nests.
+/// Replaces this thread's clock for its lifetime; nests. A fraction of a second in a reading is
+/// rounded. A reading must not throw; the clock goes on the thread that it came on, last come
+/// first.
 class ScopedClock {
  public:
   using Reading = std::function<Date()>;

@@ -13,6 +13,9 @@ inline constexpr char kTimeSeparator = ':';
 inline constexpr std::string_view kCurrency = "R$";
 inline constexpr std::string_view kShortDate = "dd/mm/yyyy";
 inline constexpr std::string_view kLongTime = "hh:mm:ss";
+inline constexpr std::string_view kLongDate = "dddd, d \"de\" mmmm \"de\" yyyy";
+/// The word between the parts of a long date.
+inline constexpr std::string_view kLongDateLink = "de";
 /// Two-digit years up to this one are of the 2000s, those above of the 1900s.
 inline constexpr int kTwoDigitYearMax = 29;
 
