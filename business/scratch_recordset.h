@@ -21,6 +21,7 @@ class ScratchRecordset {
   ~ScratchRecordset() { field_.reset(); }
 
   ado::Recordset* operator->() const { return field_.get(); }
+  ado::Recordset& operator*() const { return *field_; }
 
  private:
   std::shared_ptr<ado::Recordset>& field_;

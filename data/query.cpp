@@ -4,10 +4,9 @@
 
 #include "data/sql_translation.h"
 #include "frame/error_trap.h"
-#include "frame/thread_slots.h"
+#include "frame/mensagem_erro.h"
 #include "pelm/ado/command.h"
 #include "pelm/conn.h"
-#include "pelm/error.h"
 
 namespace pelm {
 namespace {
@@ -32,8 +31,7 @@ std::shared_ptr<ado::Recordset> Conn::RunSQL(std::string& Query, ado::CursorType
                                              std::int32_t PageSize) {
   return frame::error_trap("Conn", "RunSQL", [&] {
     if (Database_ == kOracle && !traduzsql(Query, "Oracle")) {
-      throw Error(error_number::kComponent, std::string(kProjectSource),
-                  frame::thread_slots().MensagemErro);
+      frame::raise_mensagem_erro();
     }
     auto records = std::make_shared<ado::Recordset>();
     const auto command = command_on(Conex_, ado::adCmdText, Query);
