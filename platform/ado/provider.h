@@ -22,7 +22,7 @@ namespace pelm::ado {
 
 /// A column of a result or of a table.
 struct Column {
-  std::string name;
+  std::string name = {};
   DataTypeEnum type = adVariant;  ///< adVariant: each value has its own type
   std::int32_t size = 0;          ///< characters of a text column; 0 is no limit
   bool nullable = true;
@@ -51,11 +51,11 @@ class Cursor {
 
 /// A procedure's argument; `value` is read for input and written for output.
 struct ProcedureArgument {
-  std::string name;
+  std::string name = {};
   DataTypeEnum type = adVariant;
   ParameterDirectionEnum direction = adParamInput;
   std::int32_t size = 0;
-  Variant value;
+  Variant value = {};
 };
 
 /// One conversation with a database. One thread at a time; may move between threads while idle.

@@ -24,7 +24,7 @@ namespace pelm::ado {
 class Recordset;
 class ConnectionImpl;
 
-class Connection : public Object, public std::enable_shared_from_this<Connection> {
+class Connection : public Object {
  public:
   Connection();
   ~Connection() override;  ///< An open transaction is rolled back. Never throws.

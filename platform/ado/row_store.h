@@ -1,0 +1,48 @@
+/// The rows that a record set holds.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "pelm/variant.h"
+#include "platform/ado/provider.h"
+
+namespace pelm::ado {
+
+/// Rows keep their number while others are erased; an erased one counts in `size`, not in `live`.
+class RowStore {
+ public:
+  /// Drops every row.
+  void reset(std::size_t columns);
+  /// Appends the rows of a cursor up to its end or to `limit` rows in all; 0 is no limit.
+  void read(Cursor& cursor, std::size_t limit);
+  /// Appends a row of nulls and returns its number.
+  std::size_t append();
+
+  std::size_t size() const noexcept { return size_; }
+  std::size_t live() const noexcept { return size_ - erased_count_; }
+  bool is_live(std::size_t row) const noexcept {
+    return row < size_ && (erased_.empty() || !erased_[row]);
+  }
+  /// The first live row at or after `row`; `size()` when there is none.
+  std::size_t next_live(std::size_t row) const noexcept;
+  /// The last live row at or before `row`, which may be below 0; -1 when there is none.
+  std::ptrdiff_t previous_live(std::ptrdiff_t row) const noexcept;
+
+  const Variant& value(std::size_t row, std::size_t column) const {
+    return cells_[row * columns_ + column];
+  }
+  void set(std::size_t row, std::size_t column, Variant value) {
+    cells_[row * columns_ + column] = std::move(value);
+  }
+  void erase(std::size_t row);
+
+ private:
+  std::size_t columns_ = 0;
+  std::size_t size_ = 0;
+  std::vector<Variant> cells_;  // row after row
+  std::vector<bool> erased_;    // empty until the first is erased
+  std::size_t erased_count_ = 0;
+};
+
+}  // namespace pelm::ado
