@@ -31,7 +31,8 @@ std::optional<std::string> all_rounds_to_parenthesis(const FunctionRule& rule,
   std::string out;
   out.reserve(sql.size() + sql.size() / 2);
   std::size_t begin = 0;
-  for (std::size_t at = all.find(rule.opening); at != kNowhere; at = all.find(rule.opening, begin)) {
+  for (std::size_t at = all.find(rule.opening); at != kNowhere;
+       at = all.find(rule.opening, begin)) {
     const std::size_t close = all.find(')', at);
     if (close == kNowhere) return std::nullopt;
     const std::size_t after = std::min(all.find_first_not_of(')', close), all.size());

@@ -68,7 +68,8 @@ std::size_t append_term(std::string& out, std::string_view term) {
 struct Pass {
   std::string out;
   std::size_t begin = 0;
-  std::size_t rewritten = 0;  ///< Operators; each made the text before `begin` two characters longer.
+  std::size_t rewritten =
+      0;  ///< Operators; each made the text before `begin` two characters longer.
 
   void take(const std::string& sql, std::size_t end) {
     out.append(sql, begin, end - begin);
@@ -137,8 +138,7 @@ void rewrite_left_joins(std::string& sql) {
     const std::size_t end = kAnd.find(sql, at);  // kept: "and" inside a word ends a term too
     if (end != kNowhere) {
       pass.take(sql, at);
-      const std::size_t count =
-          append_term(pass.out, std::string_view(sql).substr(at, end - at));
+      const std::size_t count = append_term(pass.out, std::string_view(sql).substr(at, end - at));
       append_repeated(pass.out, kOracleJoin, count);
       pass.out.append(" ");
       pass.begin = end;
