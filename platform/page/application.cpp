@@ -5,9 +5,12 @@
 
 namespace pelm::page {
 
+Application::Application(Elsewhere elsewhere) : elsewhere_(std::move(elsewhere)) {}
+
 Variant Application::Value(std::string_view name) const {
   const std::lock_guard guard(mutex_);
-  return values_.get(name);
+  Variant value = values_.get(name);
+  return value.is_empty() && elsewhere_ ? elsewhere_(name) : value;
 }
 
 void Application::Value(std::string_view name, Variant value) {

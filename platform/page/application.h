@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -16,6 +17,10 @@ namespace pelm::page {
 
 class Application : public Object {
  public:
+  /// Asked for variables that are not here; empty when it has none either.
+  using Elsewhere = std::function<Variant(std::string_view name)>;
+  explicit Application(Elsewhere elsewhere = nullptr);
+
   /// Empty when there is no variable of that name; names compare without case.
   Variant Value(std::string_view name) const;
   /// Raises invalid call (5) for an object: objects belong to the thread that made them.
@@ -38,6 +43,7 @@ class Application : public Object {
   std::atomic<std::thread::id> owner_{};  ///< of the page's lock; no thread when there is none
   int depth_ = 0;                         ///< touched by the owner alone
   Variables values_;
+  const Elsewhere elsewhere_;
 };
 
 }  // namespace pelm::page

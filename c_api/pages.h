@@ -1,0 +1,30 @@
+/// A page whose objects are the caller's own callbacks.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "pelm/object.h"
+#include "pelm/pelm_c.h"
+#include "platform/page/object_context.h"
+
+namespace pelm::c_api {
+
+/// From `begin` to `end` the thread serves it; pages nest.
+class CallbackPage : public Object {
+ public:
+  /// The number of a page that this thread serves from now on.
+  static std::uint64_t begin(const pelm_page_callbacks& callbacks);
+
+  explicit CallbackPage(const pelm_page_callbacks& callbacks);
+
+  /// Raises invalid call (5) unless it is the thread's innermost page.
+  void end();
+
+ private:
+  std::shared_ptr<page::ScriptingContext> context_;
+  std::shared_ptr<CallbackPage> outer_;
+  std::unique_ptr<page::ScopedObjectContext> serving_;
+};
+
+}  // namespace pelm::c_api

@@ -1,0 +1,24 @@
+/// Values on both sides of the C interface.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "automation/dispatch.h"
+#include "pelm/pelm_c.h"
+#include "pelm/variant.h"
+
+namespace pelm::c_api {
+
+/// Copies; absent for PELM_ABSENT. Raises type mismatch (13) for an unknown type, overflow (6) for
+/// a number outside its type.
+OptionalArg from_c(const pelm_value& value);
+std::vector<OptionalArg> from_c(const pelm_value* values, std::size_t count);
+
+/// A value that its receiver owns and clears.
+pelm_value to_c(const Variant& value);
+
+/// Frees what `to_c` made.
+void clear(pelm_value& value) noexcept;
+
+}  // namespace pelm::c_api
