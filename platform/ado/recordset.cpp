@@ -92,7 +92,7 @@ void Recordset::ActiveConnection(std::shared_ptr<Connection> connection) {
   impl_->connection = std::move(connection);
 }
 
-void Recordset::Open(std::shared_ptr<Command> source, CursorTypeEnum cursor_type,
+void Recordset::Open(const std::shared_ptr<Command>& source, CursorTypeEnum cursor_type,
                      LockTypeEnum lock_type, std::int32_t /*options*/) {
   impl_->check_closed();
   check_argument(source != nullptr);

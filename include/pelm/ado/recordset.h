@@ -93,7 +93,7 @@ class Recordset : public Object {
 
   /// From a command with its own connection. A statement that returns no rows leaves the record
   /// set closed. Raises 3705 when open, 3709 without an open connection, the provider's errors.
-  void Open(std::shared_ptr<Command> source, CursorTypeEnum cursor_type = adOpenUnspecified,
+  void Open(const std::shared_ptr<Command>& source, CursorTypeEnum cursor_type = adOpenUnspecified,
             LockTypeEnum lock_type = adLockUnspecified, std::int32_t options = adOptionUnspecified);
   /// From a text; `options` may be a CommandTypeEnum. Null stands for `ActiveConnection`.
   void Open(std::string_view source, std::shared_ptr<Connection> connection,
