@@ -89,11 +89,21 @@ Place find(std::string_view s, std::string_view pattern) noexcept {
   return {kNowhere, 0};
 }
 
+// ASCII letters from `first` on change their case bit, a run of them at a time.
 template <class MapLetter>
-std::string mapped(std::string_view s, MapLetter map_letter) {
+std::string mapped(std::string_view s, char first, MapLetter map_letter) {
   std::string out;
   out.reserve(s.size());
   for (std::size_t at = 0; at < s.size();) {
+    const std::string_view ascii = s.substr(at, ascii_prefix(s.substr(at)));
+    out.append(ascii);
+    at += ascii.size();
+    for (char* c = out.data() + out.size() - ascii.size(); c != out.data() + out.size(); ++c) {
+      const bool letter = static_cast<unsigned char>(*c - first) < 26;
+      *c = static_cast<char>(*c ^ (letter ? 0x20 : 0));
+    }
+    if (at == s.size()) break;
+
     const Character c = character_at(s, at);
     if (c.valid) {
       append_character(out, map_letter(c.code));
@@ -152,9 +162,9 @@ std::int64_t instr(std::int64_t start, std::string_view s, std::string_view patt
   return place.byte == kNowhere ? 0 : start + static_cast<std::int64_t>(place.characters);
 }
 
-std::string upper(std::string_view s) { return mapped(s, upper_letter); }
+std::string upper(std::string_view s) { return mapped(s, 'a', upper_letter); }
 
-std::string lower(std::string_view s) { return mapped(s, lower_letter); }
+std::string lower(std::string_view s) { return mapped(s, 'A', lower_letter); }
 
 bool equal_case_blind(std::string_view a, std::string_view b) noexcept {
   while (!a.empty() && !b.empty()) {
