@@ -13,11 +13,15 @@ using text::Compare;
 
 constexpr std::size_t kNowhere = std::string_view::npos;
 
-std::size_t count_of(std::string_view text, std::string_view form) noexcept {
+// Appends `text` with the rule's openings rewritten; returns how many there were.
+std::size_t append_rewritten(std::string& out, std::string_view text, const FunctionRule& rule) {
   std::size_t count = 0;
-  for (std::size_t at = text.find(form); at != kNowhere; at = text.find(form, at + form.size())) {
+  for (std::size_t at = text.find(rule.opening); at != kNowhere; at = text.find(rule.opening)) {
+    out.append(text.substr(0, at)).append(rule.oracle_opening);
+    text.remove_prefix(at + rule.opening.size());
     ++count;
   }
+  out.append(text);
   return count;
 }
 
@@ -38,15 +42,13 @@ std::optional<std::string> all_rounds_to_parenthesis(const FunctionRule& rule,
     const std::size_t after = std::min(all.find_first_not_of(')', close), all.size());
     const std::size_t parentheses = after - close;
 
-    const std::string_view argument = all.substr(at, close - at);
-    const std::size_t nested = count_of(argument, rule.opening);
+    out.append(all.substr(begin, at - begin));
+    const std::size_t nested = append_rewritten(out, all.substr(at, close - at), rule);
     const bool ends = rule.oracle_closing.empty()
                           ? parentheses > nested  // each rewriting takes one away
                           : parentheses > 1 && (nested == 1 || same_closing);
     if (!ends) return std::nullopt;
 
-    out.append(all.substr(begin, at - begin));
-    out.append(text::replace_all(argument, rule.opening, rule.oracle_opening));
     begin = close;
     if (!same_closing) {
       out.append(rule.closing).append(rule.oracle_closing);
@@ -86,7 +88,10 @@ std::optional<std::string> all_rounds(const FunctionRule& rule, std::string_view
   // closing is rewritten wherever it stands.
   const std::string capitals = text::upper(sql);
   if (rule.closing.empty()) {
-    return text::replace_all(capitals, rule.opening, rule.oracle_opening);
+    std::string out;
+    out.reserve(capitals.size());
+    append_rewritten(out, capitals, rule);
+    return out;
   }
   return all_rounds_to_parenthesis(rule, capitals);
 }

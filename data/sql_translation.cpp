@@ -29,13 +29,12 @@ void rewrite_left(std::string& sql) {
     out.append(sql, begin, end - begin);
     begin = next;
   };
-  for (std::size_t at = sql.find_first_of("(,"); at != std::string::npos;
-       at = sql.find_first_of("(,", at + 1)) {
-    if (sql[at] == ',') {  // kept: the first comma, whatever its nesting
-      if (open == 0) continue;
+  for (std::size_t at = 0; at < sql.size(); ++at) {
+    if (sql[at] == ',' && open > 0) {  // kept: the first comma, whatever its nesting
       take(at, at);
       for (; open > 0; --open) out.append(", 1");
-    } else if (at + 1 >= kLeft.size() && stands_at(sql, at + 1 - kLeft.size(), kLeft)) {
+    } else if (sql[at] == '(' && at + 1 >= kLeft.size() &&
+               stands_at(sql, at + 1 - kLeft.size(), kLeft)) {
       take(at + 1 - kLeft.size(), at + 1);
       out.append(kOracleLeft);
       ++open;
