@@ -278,6 +278,24 @@ MemberInfo property(std::string_view name, std::string_view help, R (C::*get)() 
   return member;
 }
 
+/// A plain public field, read and written.
+template <class C, class T>
+MemberInfo field(std::string_view name, std::string_view help, T C::*held) {
+  MemberInfo member;
+  member.name = name;
+  member.kind = MemberKind::Property;
+  member.help = help;
+  member.result = detail::kind_of<T>();
+  member.writable = true;
+  member.invoke = [held](Object& object, Arguments) {
+    return detail::as_variant(static_cast<C&>(object).*held);
+  };
+  member.assign = [held](Object& object, Arguments, const Variant& value) {
+    static_cast<C&>(object).*held = detail::converted<T>(value);
+  };
+  return member;
+}
+
 /// A property answered by a function of the object (and its index arguments); read only.
 template <auto Get>
 MemberInfo computed(std::string_view name, std::string_view help,

@@ -37,6 +37,9 @@ ClassEntry class_table(std::string_view name, std::string_view programmatic_iden
 
 // The component's classes.
 ClassEntry manipula_data_table();
+ClassEntry treeview_table();
+ClassEntry calendario_table();
+ClassEntry menus_table();
 ClassEntry conn_table();
 ClassEntry base_table();
 ClassEntry cmain_table();
@@ -55,5 +58,6 @@ ClassEntry request_table();
 ClassEntry response_table();
 ClassEntry server_table();
 ClassEntry named_values_table();
+ClassEntry scripting_context_table();
 
 }  // namespace pelm::automation

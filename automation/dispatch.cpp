@@ -10,6 +10,7 @@
 #include "automation/bad_argument.h"
 #include "automation/class_list.h"
 #include "pelm/error.h"
+#include "platform/page/object_context.h"
 #include "platform/value/text.h"
 
 namespace pelm::automation {
@@ -21,11 +22,13 @@ struct TypeLibrary {
   std::unordered_map<std::type_index, const ClassInfo*> by_type;
 
   TypeLibrary() {
-    for (ClassEntry (*table)() :
-         {cmain_table, conn_table, base_table, manipula_data_table, connection_table, command_table,
-          recordset_table, parameter_table, parameters_table, fields_table, field_table,
-          application_table, session_table, request_table, response_table, server_table,
-          named_values_table}) {
+    for (ClassEntry (*table)() : {cmain_table,     conn_table,          base_table,
+                                  menus_table,     manipula_data_table, calendario_table,
+                                  treeview_table,  connection_table,    command_table,
+                                  recordset_table, parameter_table,     parameters_table,
+                                  fields_table,    field_table,         application_table,
+                                  session_table,   request_table,       response_table,
+                                  server_table,    named_values_table,  scripting_context_table}) {
       entries.push_back(table());
     }
     for (const ClassEntry& entry : entries) {
@@ -152,10 +155,19 @@ ObjectRef CreateObject(std::string_view programmatic_identifier) {
   for (const ClassInfo* cls : type_library().list) {
     if (cls->create &&
         text::equal_case_blind(cls->programmatic_identifier, programmatic_identifier)) {
-      return cls->create();
+      ObjectRef object = cls->create();
+      start_page_object(*object);
+      return object;
     }
   }
   raise_error(error_number::kCannotCreateObject, kProjectSource, programmatic_identifier);
+}
+
+void start_page_object(Object& object) {
+  const std::shared_ptr<page::ScriptingContext>& context = page::GetObjectContext();
+  if (!context) return;
+  const ClassInfo& cls = class_of(object);
+  if (cls.page_start) cls.page_start(object, context);
 }
 
 void end_page_object(Object& object) {

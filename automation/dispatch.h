@@ -23,6 +23,10 @@
 #include "pelm/object.h"
 #include "pelm/variant.h"
 
+namespace pelm::page {
+class ScriptingContext;
+}
+
 namespace pelm::automation {
 
 using Arguments = std::span<OptionalArg>;
@@ -61,6 +65,8 @@ struct ClassInfo {
   std::string_view help;
   std::vector<MemberInfo> members;
   std::function<ObjectRef()> create;
+  /// What the page hands to an object that it creates; may be empty.
+  std::function<void(Object&, const std::shared_ptr<page::ScriptingContext>&)> page_start;
   /// What the end of the page means to an object that the page created; may be empty.
   std::function<void(Object&)> page_end;
 
@@ -76,7 +82,11 @@ const ClassInfo* find_class(std::string_view name) noexcept;
 /// By the object's dynamic type; raises 438 for an object without a table.
 const ClassInfo& class_of(const Object& object);
 
+/// Inside a page the new object is started as well.
 ObjectRef CreateObject(std::string_view programmatic_identifier);
+
+/// Hands an object the context of the page that this thread is serving; nothing outside a page.
+void start_page_object(Object& object);
 
 /// Tells an object that a page created that the page has ended. Raises what its ending raises.
 void end_page_object(Object& object);

@@ -8,8 +8,11 @@
 namespace pelm {
 class Base;
 class CMain;
+class Calendario;
 class Conn;
 class ManipulaData;
+class Menus;
+class treeview;
 
 namespace ado {
 class Command;
@@ -23,6 +26,7 @@ class Application;
 class NamedValues;
 class Request;
 class Response;
+class ScriptingContext;
 class Server;
 class Session;
 }  // namespace page
@@ -43,9 +47,15 @@ inline constexpr std::string_view kClassName<Base> = "Base";
 template <>
 inline constexpr std::string_view kClassName<CMain> = "CMain";
 template <>
+inline constexpr std::string_view kClassName<Calendario> = "Calendario";
+template <>
 inline constexpr std::string_view kClassName<Conn> = "Conn";
 template <>
 inline constexpr std::string_view kClassName<ManipulaData> = "ManipulaData";
+template <>
+inline constexpr std::string_view kClassName<Menus> = "Menus";
+template <>
+inline constexpr std::string_view kClassName<treeview> = "treeview";
 template <>
 inline constexpr std::string_view kClassName<ado::Command> = "Command";
 template <>
@@ -68,6 +78,8 @@ template <>
 inline constexpr std::string_view kClassName<page::Request> = "Request";
 template <>
 inline constexpr std::string_view kClassName<page::Response> = "Response";
+template <>
+inline constexpr std::string_view kClassName<page::ScriptingContext> = "ScriptingContext";
 template <>
 inline constexpr std::string_view kClassName<page::Server> = "Server";
 template <>

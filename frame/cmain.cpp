@@ -7,9 +7,11 @@
 #include "frame/number_parsing.h"
 #include "frame/thread_slots.h"
 #include "pelm/base.h"
+#include "pelm/calendario.h"
 #include "pelm/conn.h"
 #include "pelm/error.h"
 #include "pelm/manipula_data.h"
+#include "pelm/menus.h"
 
 namespace pelm {
 namespace {
@@ -32,6 +34,12 @@ CMain::~CMain() {
   }
 }
 
+std::shared_ptr<Menus> CMain::Menu() { return created_on_first_read(frame::thread_slots().menu); }
+
+std::shared_ptr<Calendario> CMain::Calendar() {
+  return created_on_first_read(frame::thread_slots().calendar);
+}
+
 std::shared_ptr<ManipulaData> CMain::Data() {
   return created_on_first_read(frame::thread_slots().data);
 }
@@ -40,7 +48,7 @@ std::shared_ptr<Base> CMain::CBase() { return created_on_first_read(frame::threa
 
 std::shared_ptr<Conn> CMain::CConn() { return created_on_first_read(frame::thread_slots().conn); }
 
-double CMain::myCDbl(std::string_view sValor) const { return frame::parse_point_number(sValor); }
+double CMain::myCDbl(std::string_view sValor) const { return parse_point_number(sValor); }
 
 void CMain::end() {
   if (ended_) return;

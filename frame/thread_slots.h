@@ -13,8 +13,10 @@
 namespace pelm {
 
 class Base;
+class Calendario;
 class Conn;
 class ManipulaData;
+class Menus;
 
 namespace identity {
 class ManipulaOID;
@@ -37,6 +39,8 @@ struct ThreadSlots {
   std::shared_ptr<Conn> conn;
   std::shared_ptr<Base> base;
   std::shared_ptr<ManipulaData> data;
+  std::shared_ptr<Calendario> calendar;
+  std::shared_ptr<Menus> menu;
   std::shared_ptr<identity::ManipulaOID> oid_allocator;
 
   /// The description that an operation gives its own error 1001; keeps its last value.

@@ -3,8 +3,10 @@
 #include "automation/binding.h"
 #include "automation/class_list.h"
 #include "pelm/base.h"
+#include "pelm/calendario.h"
 #include "pelm/conn.h"
 #include "pelm/manipula_data.h"
+#include "pelm/menus.h"
 
 namespace pelm::automation {
 
@@ -14,6 +16,8 @@ ClassEntry cmain_table() {
       "The facade through which a page reaches the working objects of its thread.",
       {
           property("IsWeb", "A stored flag; True on a new object.", &CMain::IsWeb, &CMain::IsWeb),
+          computed<&CMain::Menu>("Menu", "The shared menu object, created on first read."),
+          computed<&CMain::Calendar>("Calendar", "The shared calendar, created on first read."),
           computed<&CMain::Data>("Data", "The shared date helper, created on first read."),
           computed<&CMain::CBase>("CBase",
                                   "The shared business-records object, created on first read."),

@@ -4,6 +4,7 @@
 #include "automation/binding.h"
 #include "automation/class_list.h"
 #include "platform/page/application.h"
+#include "platform/page/object_context.h"
 #include "platform/page/request.h"
 #include "platform/page/response.h"
 #include "platform/page/server.h"
@@ -168,6 +169,20 @@ ClassEntry server_table() {
           method<&S::MapPath>("MapPath", "The file of a path of the site.", {"Path"}),
           property("ScriptTimeout", "Seconds that the page may run.", &S::ScriptTimeout,
                    &S::ScriptTimeout),
+      });
+}
+
+ClassEntry scripting_context_table() {
+  using C = page::ScriptingContext;
+  return class_table<C>(
+      kClassName<C>, "", "The page objects that a page hands to the objects it starts.",
+      {
+          computed<[](C& c) { return c.Request; }>("Request", "What the browser sent."),
+          computed<[](C& c) { return c.Response; }>("Response", "What the page answers."),
+          computed<[](C& c) { return c.Server; }>("Server", "What the web server does for a page."),
+          computed<[](C& c) { return c.Session; }>("Session", "The variables of one visitor."),
+          computed<[](C& c) { return c.Application; }>("Application",
+                                                       "The variables that all pages share."),
       });
 }
 

@@ -19,8 +19,10 @@
 namespace pelm {
 
 class Base;
+class Calendario;
 class Conn;
 class ManipulaData;
+class Menus;
 
 class CMain : public Object {
  public:
@@ -32,6 +34,9 @@ class CMain : public Object {
   void IsWeb(bool is_web) { IsWeb_ = is_web; }
 
   /// The thread's shared objects, each created on first read.
+  std::shared_ptr<Menus> Menu();
+  /// No page has started it: it writes once its `OnStartPage` has been called.
+  std::shared_ptr<Calendario> Calendar();
   std::shared_ptr<ManipulaData> Data();
   std::shared_ptr<Base> CBase();
   std::shared_ptr<Conn> CConn();

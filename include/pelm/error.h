@@ -30,6 +30,7 @@ inline constexpr std::int32_t kOutOfMemory = 7;
 inline constexpr std::int32_t kSubscriptOutOfRange = 9;
 inline constexpr std::int32_t kDivisionByZero = 11;
 inline constexpr std::int32_t kTypeMismatch = 13;
+inline constexpr std::int32_t kOutOfStackSpace = 28;
 inline constexpr std::int32_t kInternal = 51;
 inline constexpr std::int32_t kFileNotFound = 53;
 inline constexpr std::int32_t kPathNotFound = 76;

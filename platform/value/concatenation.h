@@ -10,6 +10,8 @@ namespace pelm {
 
 /// What joining texts makes of a value: null is nothing, any other is its text. Raises type
 /// mismatch (13) for arrays and objects.
-inline std::string joined_text(const Variant& v) { return v.is_null() ? std::string() : to_text(v); }
+inline std::string joined_text(const Variant& v) {
+  return v.is_null() ? std::string() : to_text(v);
+}
 
 }  // namespace pelm

@@ -46,6 +46,7 @@ constexpr ErrorText kTexts[] = {
     {kSubscriptOutOfRange, "Subscript out of range", "Subscrito fora do intervalo"},
     {kDivisionByZero, "Division by zero", "Divisão por zero"},
     {kTypeMismatch, "Type mismatch", "Tipos incompatíveis"},
+    {kOutOfStackSpace, "Out of stack space", "Espaço de pilha insuficiente"},
     {kInternal, "Internal error", "Erro interno"},
     {kFileNotFound, "File not found", "Arquivo não encontrado"},
     {kPathNotFound, "Path not found", "Caminho não encontrado"},
