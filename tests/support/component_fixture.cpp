@@ -1,0 +1,119 @@
+// A real database with the whole schema, and the thread's shared objects open on it.
+#include "support/component_fixture.h"
+
+#include <array>
+#include <stdexcept>
+
+#include "frame/mod_principal.h"
+#include "frame/thread_slots.h"
+#include "identity/manipula_oid.h"
+#include "pelm/ado/recordset.h"
+#include "pelm/conversions.h"
+#include "pelm/manipula_data.h"
+#include "platform/ado/session_pool.h"
+#include "schema/schema.h"
+
+namespace pelm::test {
+namespace {
+
+/// What operations of `Base` write.
+constexpr std::array<std::string_view, 13> kWrittenTables = {
+    "item",        "excluido",    "aditivo",         "agrupamento",  "classificacao",
+    "categoria",   "chaveunica",  "pessoa",          "pessoafisica", "endereco",
+    "comunicacao", "sessaodeuso", "sessaoaplicativo"};
+
+std::shared_ptr<ado::Connection> opened(const std::string& connection_string) {
+  auto connection = std::make_shared<ado::Connection>();
+  connection->Open(connection_string);
+  return connection;
+}
+
+std::string shown(const Variant& value) { return value.is_null() ? "null" : to_text(value); }
+
+std::string shown_row(ado::Recordset& records) {
+  std::string row;
+  for (std::size_t i = 0; i < records.FieldCount(); ++i) {
+    if (i > 0) row += '|';
+    row += shown(records.Fields(i).Value());
+  }
+  return row;
+}
+
+}  // namespace
+
+ComponentThread::ComponentThread(const std::string& connection_string)
+    : conn_(main_.CConn()), base_(main_.CBase()) {
+  conn_->ConfigureConn(false, connection_string);
+  conn_->OpenConn();
+}
+
+ComponentThread::~ComponentThread() {
+  try {
+    main_.end();
+  } catch (const Error& e) {
+    ADD_FAILURE() << "ending the thread: " << e.what();
+  }
+  frame::thread_slots() = {};
+}
+
+void ComponentThread::reopen() {
+  conn_->CloseConn();
+  conn_->Conex(nullptr);
+  conn_->OpenConn();
+}
+
+void ComponentThread::forget_oids() { frame::Main(); }
+
+ComponentFixture::ComponentFixture() = default;
+ComponentFixture::~ComponentFixture() = default;
+
+void ComponentFixture::SetUp() {
+  database_ = GetParam().create();
+  if (database_ == nullptr) GTEST_SKIP() << GetParam().name << " does not run here";
+  inspector_ = opened(connection_string());
+  for (const schema::Script& script : schema::scripts(GetParam().provider)) {
+    inspector_->Execute(script.text);
+  }
+  thread_ = std::make_unique<ComponentThread>(connection_string());
+}
+
+void ComponentFixture::TearDown() {
+  thread_.reset();
+  inspector_.reset();
+  EXPECT_EQ(ado::session_counts().in_use, 0U) << "a session was leaked";
+  ado::empty_session_pool();
+}
+
+std::vector<std::string> ComponentFixture::rows(std::string_view sql) const {
+  std::vector<std::string> result;
+  const auto records = inspector_->Execute(sql);
+  for (; !records->Eof(); records->MoveNext()) result.push_back(shown_row(*records));
+  return result;
+}
+
+std::string ComponentFixture::row(std::string_view sql) const {
+  const std::vector<std::string> all = rows(sql);
+  if (all.size() != 1) throw std::logic_error("not one row: " + std::string(sql));
+  return all.front();
+}
+
+void ComponentFixture::run(std::string_view sql) const { inspector_->Execute(sql); }
+
+std::string ComponentFixture::row_counts() const {
+  std::string counts;
+  for (const std::string_view table : kWrittenTables) {
+    const std::string count = row("select count(*) from " + std::string(table));
+    if (count == "0") continue;
+    counts += counts.empty() ? "" : ", ";
+    counts.append(table).append(" ").append(count);
+  }
+  return counts;
+}
+
+void ComponentFixture::oids_from(Oid first, std::int16_t delta) {
+  run("update controlaoid set Delta = " + std::to_string(delta) +
+      ", UltimoOID = " + std::to_string(first - 1));
+  thread_->forget_oids();
+}
+
+}  // namespace pelm::test
