@@ -1,0 +1,203 @@
+// What a session knows of its database's tables.
+#include "platform/ado/sqlite/catalog.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/ado/sqlite/values.h"
+
+namespace pelm::ado::sqlite {
+namespace {
+
+constexpr std::size_t kMaxTables = 256;  // beyond it the catalogue starts over
+
+std::string column_text(sqlite3_stmt* s, int i) {
+  const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(s, i));
+  return text == nullptr ? std::string() : std::string(text);
+}
+
+// The last part of a name as a statement may write it: dbo.[item].
+std::string bare_name(std::string_view table) {
+  const std::vector<Token> tokens = tokenize(table);
+  if (tokens.empty() || !tokens.back().is_name()) return std::string(table);
+  return content_of(tokens.back());
+}
+
+int preparations_of(sqlite3_stmt* s) {
+  return sqlite3_stmt_status(s, SQLITE_STMTSTATUS_REPREPARE, 0);
+}
+
+}  // namespace
+
+std::unique_ptr<Prepared> Catalog::prepare(const std::string& sql) const {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v3(database_.handle(), sql.c_str(), static_cast<int>(sql.size()),
+                                      SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  if (code != SQLITE_OK) database_.fail(code, sql);
+  return std::make_unique<Prepared>(statement);
+}
+
+// True for a row.
+bool Catalog::step(const Prepared& prepared, const std::string& sql) const {
+  const int code = sqlite3_step(prepared.statement());
+  if (code == SQLITE_ROW) return true;
+  if (code != SQLITE_DONE) {
+    database_.watchdog().restart();
+    database_.fail(code, sql);
+  }
+  return false;
+}
+
+SharedColumns Catalog::describe(std::string_view table) {
+  const std::string name = bare_name(table);
+  const std::string key = capitals(name);
+  const std::string sql = "SELECT * FROM " + quoted_name(name) + " LIMIT 0";
+  database_.watchdog().restart();
+  auto found = tables_.find(key);
+  if (found == tables_.end()) {
+    if (tables_.size() >= kMaxTables) tables_.clear();
+    Table fresh;
+    fresh.probe = prepare(sql);
+    found = tables_.emplace(key, std::move(fresh)).first;
+  }
+  Table& known = found->second;
+  try {
+    step(*known.probe, sql);
+    sqlite3_reset(known.probe->statement());
+    const int preparations = preparations_of(known.probe->statement());
+    if (known.columns == nullptr || preparations != known.preparations) {
+      known.columns = read_columns(name);
+      known.preparations = preparations;
+    }
+  } catch (...) {
+    tables_.erase(found);
+    throw;
+  }
+  return known.columns;
+}
+
+// The columns of the primary key; else of the first unique key whose columns are never null.
+std::vector<std::string> Catalog::key_of(const std::string& name, bool& rowid_key) const {
+  const std::string sql =
+      "SELECT l.origin, l.name, i.name, x.\"notnull\" FROM pragma_index_list(?1) AS l"
+      " JOIN pragma_index_info(l.name) AS i"
+      " LEFT JOIN pragma_table_info(?1) AS x ON x.name = i.name"
+      " WHERE l.\"unique\" AND NOT l.partial ORDER BY l.origin <> 'pk', l.seq, i.seqno";
+  const std::unique_ptr<Prepared> query = prepare(sql);
+  sqlite3_bind_text(query->statement(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+  std::vector<std::string> key;
+  std::string index;
+  bool usable = false;
+  while (step(*query, sql)) {
+    const std::string here = column_text(query->statement(), 1);
+    if (here != index) {
+      if (usable) break;
+      index = here;
+      key.clear();
+      usable = true;
+    }
+    const bool primary = column_text(query->statement(), 0) == "pk";
+    usable = usable && (primary || sqlite3_column_int(query->statement(), 3) != 0);
+    if (primary) rowid_key = false;
+    key.push_back(column_text(query->statement(), 2));
+  }
+  return usable ? key : std::vector<std::string>{};
+}
+
+SharedColumns Catalog::read_columns(const std::string& name) const {
+  // Hidden columns (1) are not part of "*"; generated ones are.
+  const std::string sql =
+      "SELECT name, type, \"notnull\", pk FROM pragma_table_xinfo(?1) WHERE hidden <> 1 ORDER BY "
+      "cid";
+  const std::unique_ptr<Prepared> query = prepare(sql);
+  sqlite3_bind_text(query->statement(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+  auto columns = std::make_shared<std::vector<Column>>();
+  std::size_t primary = 0;
+  std::size_t rowid_column = 0;
+  bool integer_key = false;
+  while (step(*query, sql)) {
+    const std::string type = column_text(query->statement(), 1);
+    Column column = column_of_declaration(type);
+    column.name = column_text(query->statement(), 0);
+    column.nullable = sqlite3_column_int(query->statement(), 2) == 0;
+    if (sqlite3_column_int(query->statement(), 3) > 0) {
+      ++primary;
+      column.key = true;
+      rowid_column = columns->size();
+      integer_key = equal_names(type, "INTEGER");
+    }
+    columns->push_back(std::move(column));
+  }
+  // A single INTEGER key without an index of its own is the row's number, given by the engine.
+  bool rowid_key = primary == 1 && integer_key;
+  const std::vector<std::string> key = key_of(name, rowid_key);
+  if (rowid_key) {
+    (*columns)[rowid_column].auto_number = true;
+    (*columns)[rowid_column].nullable = false;
+  } else if (primary == 0) {
+    for (Column& c : *columns) c.key = std::find(key.begin(), key.end(), c.name) != key.end();
+  }
+  return columns;
+}
+
+void Catalog::refresh() {
+  const std::string sql = "PRAGMA schema_version";
+  database_.watchdog().restart();
+  if (version_probe_ == nullptr) version_probe_ = prepare(sql);
+  step(*version_probe_, sql);
+  const std::int64_t version = sqlite3_column_int64(version_probe_->statement(), 0);
+  sqlite3_reset(version_probe_->statement());
+  if (version == version_) return;
+
+  names_.clear();
+  const std::string tables =
+      "SELECT name FROM sqlite_schema WHERE type IN ('table', 'view') UNION ALL "
+      "SELECT name FROM sqlite_temp_schema WHERE type IN ('table', 'view')";
+  const std::string columns = "SELECT name, type FROM pragma_table_info(?1)";
+  const std::unique_ptr<Prepared> outer = prepare(tables);
+  const std::unique_ptr<Prepared> inner = prepare(columns);
+  while (step(*outer, tables)) {
+    const std::string table = column_text(outer->statement(), 0);
+    std::vector<NamedColumn>& list = names_[capitals(table)];
+    sqlite3_bind_text(inner->statement(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+    // A view over a table that is gone has no columns, and is no reason to know none at all.
+    while (sqlite3_step(inner->statement()) == SQLITE_ROW) {
+      const Column column = column_of_declaration(column_text(inner->statement(), 1));
+      list.push_back({column_text(inner->statement(), 0), column.type == adDate});
+    }
+    sqlite3_reset(inner->statement());
+  }
+  version_ = version;
+}
+
+const std::vector<NamedColumn>* Catalog::find(std::string_view table) const {
+  const auto found = names_.find(capitals(table));
+  return found == names_.end() ? nullptr : &found->second;
+}
+
+SharedColumns Catalog::result_columns(sqlite3_stmt* statement, const Translation& translation) {
+  auto columns = std::make_shared<std::vector<Column>>();
+  const auto count = static_cast<std::size_t>(sqlite3_column_count(statement));
+  const auto& before = translation.dates_before_star;
+  const auto& after = translation.dates_after_star;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto at = static_cast<int>(i);
+    const char* const declaration = sqlite3_column_decltype(statement, at);
+    Column column;
+    if (declaration != nullptr) {
+      column = column_of_declaration(declaration);
+    } else {
+      const std::size_t from_end = count - i;
+      const bool date = (i < before.size() && before[i]) ||
+                        (from_end <= after.size() && after[after.size() - from_end]);
+      if (date) column.type = adDate;
+    }
+    column.name = sqlite3_column_name(statement, at);
+    columns->push_back(std::move(column));
+  }
+  return columns;
+}
+
+}  // namespace pelm::ado::sqlite

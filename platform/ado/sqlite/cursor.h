@@ -1,0 +1,72 @@
+/// Cursors of the embedded engine: over a running statement, over rows kept, over nothing.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/ado/provider.h"
+#include "platform/ado/sqlite/catalog.h"
+#include "platform/ado/sqlite/statement_cache.h"
+
+namespace pelm::ado::sqlite {
+
+class SqliteSession;
+
+class SqliteCursor final : public Cursor {
+ public:
+  SqliteCursor(SqliteSession& session, StatementLease lease);
+
+  /// Runs to the first row, or to the end of a statement without rows. Raises.
+  void start();
+
+  std::span<const Column> columns() const override;
+  std::shared_ptr<const std::vector<Column>> shared_columns() const override;
+  bool next() override;
+  Variant value(std::size_t column) const override;
+  std::int64_t rows_affected() const override { return affected_; }
+
+ private:
+  enum class Place { FirstRowReady, Running, AtEnd };
+  bool step();
+  void finish();
+  void look_at_columns_again();
+
+  SqliteSession& session_;
+  StatementLease lease_;
+  SharedColumns columns_;
+  std::int64_t affected_ = -1;
+  Place place_ = Place::Running;
+};
+
+/// Rows read out of another cursor.
+class KeptCursor final : public Cursor {
+ public:
+  explicit KeptCursor(Cursor& from);
+  std::span<const Column> columns() const override { return *columns_; }
+  std::shared_ptr<const std::vector<Column>> shared_columns() const override { return columns_; }
+  bool next() override;
+  void rewind() { at_ = 0; }
+  Variant value(std::size_t column) const override { return rows_[at_ - 1][column]; }
+  std::int64_t rows_affected() const override { return affected_; }
+
+ private:
+  SharedColumns columns_;
+  std::vector<std::vector<Variant>> rows_;
+  std::size_t at_ = 0;
+  std::int64_t affected_ = -1;
+};
+
+/// Of a statement that has run and gave no rows.
+class FinishedCursor final : public Cursor {
+ public:
+  explicit FinishedCursor(std::int64_t affected) : affected_(affected) {}
+  std::span<const Column> columns() const override { return {}; }
+  bool next() override { return false; }
+  Variant value(std::size_t) const override { return Null{}; }
+  std::int64_t rows_affected() const override { return affected_; }
+
+ private:
+  std::int64_t affected_;
+};
+
+}  // namespace pelm::ado::sqlite

@@ -1,0 +1,51 @@
+/// An open database file: the engine's connection, its settings and its time limit.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/ado/sqlite/connection_options.h"
+#include "platform/ado/sqlite/watchdog.h"
+
+struct sqlite3;
+
+namespace pelm::ado::sqlite {
+
+/// Write-ahead log, foreign keys on, "…" never a text, nothing beside the file but its log. Pages
+/// are not mapped into memory: a file cut short by another program would then end the process
+/// instead of raising an error.
+class Database {
+ public:
+  /// Opens within `options.connection_timeout`. Raises kProviderFailure saying which file and why.
+  explicit Database(Options options);
+
+  sqlite3* handle() const { return handle_.get(); }
+  Watchdog& watchdog() { return watchdog_; }
+  bool read_only() const { return read_only_; }
+  bool in_transaction() const;
+  /// False when the file was moved, replaced or deleted since.
+  bool file_is_there() const;
+
+  /// Runs statements of our own that give no rows. Raises.
+  void run(const char* sql);
+  /// Raises the engine's last error. `sql` is what was being run.
+  [[noreturn]] void fail(int code, std::string_view sql) const;
+
+ private:
+  struct Closer {
+    void operator()(sqlite3* db) const noexcept;
+  };
+  void open();
+  void configure();
+  void use_write_ahead_log();
+  std::string reason(int code) const;
+
+  Options options_;
+  std::string file_;  ///< absolute, for messages
+  std::unique_ptr<sqlite3, Closer> handle_;
+  Watchdog watchdog_;
+  bool read_only_ = false;
+};
+
+}  // namespace pelm::ado::sqlite

@@ -1,0 +1,337 @@
+// Stored procedures: scripts kept in the database itself.
+#include "platform/ado/sqlite/procedures.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "pelm/conversions.h"
+#include "pelm/error.h"
+#include "platform/ado/sqlite/cursor.h"
+#include "platform/ado/sqlite/errors.h"
+#include "platform/ado/sqlite/session.h"
+#include "platform/ado/sqlite/tokenizer.h"
+
+namespace pelm::ado::sqlite {
+namespace {
+
+struct Parameter {
+  std::string name;  ///< with its @
+  bool output = false;
+};
+
+struct Procedure {
+  std::string name;
+  std::vector<Parameter> parameters;
+  std::string script;
+};
+
+[[noreturn]] void refuse(const std::string& why) {
+  raise_provider_error(error_number::kErrorsInCommand, why);
+}
+
+// "@de INTEGER, @novooid INTEGER OUTPUT"
+std::vector<Parameter> read_parameters(std::string_view text) {
+  std::vector<Parameter> out;
+  int depth = 0;
+  for (const Token& t : tokenize(text)) {
+    if (t.is_symbol("(")) ++depth;
+    if (t.is_symbol(")")) --depth;
+    if (t.is(TokenKind::Variable) && depth == 0) out.push_back({std::string(t.text), false});
+    if (!out.empty() && (t.is_word("OUTPUT") || t.is_word("OUT"))) out.back().output = true;
+  }
+  return out;
+}
+
+Procedure read_procedure(SqliteSession& session, std::string_view name) {
+  constexpr std::string_view kQuery =
+      "SELECT name, parameters, script FROM pelm_procedure WHERE name = ?";
+  const std::vector<Token> tokens = tokenize(name);
+  const std::string bare = tokens.empty() ? std::string() : content_of(tokens.back());
+  const std::vector<Variant> key = {Variant(bare)};
+  try {
+    const auto cursor = session.run_one(kQuery, key, nullptr);
+    if (cursor->next()) {
+      return {
+          to_text(cursor->value(0)),
+          read_parameters(cursor->value(1).is_null() ? std::string() : to_text(cursor->value(1))),
+          to_text(cursor->value(2))};
+    }
+  } catch (const Error& e) {
+    if (e.number() != error_number::kNoTable) throw;
+  }
+  refuse("Could not find stored procedure '" + std::string(name) + "'.");
+}
+
+// The procedure's transaction, or its part of the one that is open.
+class Atomic {
+ public:
+  explicit Atomic(SqliteSession& session) : session_(session) {
+    inside_ = session.database().in_transaction();
+    if (inside_)
+      session.control("SAVEPOINT pelm_procedure");
+    else
+      session.begin(adXactUnspecified);
+  }
+  Atomic(const Atomic&) = delete;
+  Atomic& operator=(const Atomic&) = delete;
+  ~Atomic() {
+    if (done_ || !session_.database().in_transaction()) return;
+    try {
+      if (inside_) session_.control("ROLLBACK TO pelm_procedure");
+      session_.control(inside_ ? "RELEASE pelm_procedure" : "ROLLBACK");
+    } catch (const std::exception&) {
+      return;  // the engine has rolled all back by itself
+    }
+  }
+  void keep() {
+    session_.control(inside_ ? "RELEASE pelm_procedure" : "COMMIT");
+    done_ = true;
+  }
+
+ private:
+  SqliteSession& session_;
+  bool inside_ = false;
+  bool done_ = false;
+};
+
+std::string_view without_at(std::string_view name) {
+  return name.starts_with('@') ? name.substr(1) : name;
+}
+
+bool same_parameter(std::string_view a, std::string_view b) {
+  return equal_names(without_at(a), without_at(b));
+}
+
+// What each parameter is given; parallel to the procedure's parameters, null for what is not.
+std::vector<ProcedureArgument*> matched(const Procedure& procedure,
+                                        std::span<ProcedureArgument> arguments) {
+  std::vector<ProcedureArgument*> given;
+  for (ProcedureArgument& a : arguments) {
+    if (a.direction != adParamReturnValue) given.push_back(&a);
+  }
+  const auto& parameters = procedure.parameters;
+  if (given.size() > parameters.size()) {
+    refuse("Procedure or function " + procedure.name +
+           " has too many arguments specified: " + std::to_string(given.size()) + " given, " +
+           std::to_string(parameters.size()) + " known.");
+  }
+  const auto place_of = [&](const ProcedureArgument& a) {
+    return std::find_if(parameters.begin(), parameters.end(),
+                        [&](const Parameter& p) { return same_parameter(p.name, a.name); });
+  };
+  const auto known = static_cast<std::size_t>(
+      std::count_if(given.begin(), given.end(),
+                    [&](const ProcedureArgument* a) { return place_of(*a) != parameters.end(); }));
+  std::vector<ProcedureArgument*> out(parameters.size(), nullptr);
+  if (known == 0) {
+    std::copy(given.begin(), given.end(), out.begin());
+    return out;
+  }
+  for (ProcedureArgument* a : given) {
+    const auto place = place_of(*a);
+    if (place == parameters.end()) {
+      refuse(a->name + " is not a parameter for procedure " + procedure.name + ".");
+    }
+    ProcedureArgument*& slot = out[static_cast<std::size_t>(place - parameters.begin())];
+    if (slot != nullptr) {
+      refuse("The parameter " + place->name + " of procedure " + procedure.name +
+             " was given more than once.");
+    }
+    slot = a;
+  }
+  return out;
+}
+
+Variables inputs(const Procedure& procedure, const std::vector<ProcedureArgument*>& given) {
+  Variables out;
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    const Parameter& p = procedure.parameters[i];
+    if (given[i] == nullptr && !p.output) {
+      refuse("Procedure '" + procedure.name + "' expects parameter '" + p.name +
+             "', which was not supplied.");
+    }
+    const bool has_value = given[i] != nullptr && given[i]->direction != adParamOutput;
+    out.emplace_back(p.name, has_value ? given[i]->value : Variant(Null{}));
+  }
+  return out;
+}
+
+// What a call gives: the values of the outputs, parallel to the parameters, and the first rows.
+struct Outcome {
+  std::vector<std::optional<Variant>> outputs;
+  std::unique_ptr<Cursor> rows;
+  std::int64_t affected = -1;
+};
+
+void take_outputs(const Procedure& procedure, const KeptCursor& rows, Outcome& outcome) {
+  const auto columns = rows.columns();
+  for (std::size_t p = 0; p < procedure.parameters.size(); ++p) {
+    if (!procedure.parameters[p].output) continue;
+    for (std::size_t c = 0; c < columns.size(); ++c) {
+      if (same_parameter(columns[c].name, procedure.parameters[p].name)) {
+        outcome.outputs[p] = rows.value(c);
+      }
+    }
+  }
+}
+
+Outcome run_script(SqliteSession& session, const Procedure& procedure, const Variables& variables) {
+  Outcome outcome;
+  outcome.outputs.resize(procedure.parameters.size());
+  const std::vector<Token> tokens = tokenize(procedure.script);
+  for (const std::span<const Token> statement : split_statements(tokens)) {
+    const char* const begin = statement.front().text.data();
+    const char* const end = statement.back().text.data() + statement.back().text.size();
+    const auto cursor =
+        session.run_one({begin, static_cast<std::size_t>(end - begin)}, {}, &variables);
+    if (cursor->columns().empty()) {
+      outcome.affected = std::max(outcome.affected, cursor->rows_affected());
+      continue;
+    }
+    KeptCursor rows(*cursor);
+    if (rows.next()) take_outputs(procedure, rows, outcome);
+    if (outcome.rows == nullptr) {
+      rows.rewind();
+      outcome.rows = std::make_unique<KeptCursor>(std::move(rows));
+    }
+  }
+  return outcome;
+}
+
+Outcome run_procedure(SqliteSession& session, std::string_view name,
+                      std::span<ProcedureArgument> arguments) {
+  const Procedure procedure = read_procedure(session, name);
+  const std::vector<ProcedureArgument*> given = matched(procedure, arguments);
+  const Variables variables = inputs(procedure, given);
+  Atomic atomic(session);
+  Outcome outcome = run_script(session, procedure, variables);
+  atomic.keep();
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    if (given[i] == nullptr || given[i]->direction == adParamInput) continue;
+    if (procedure.parameters[i].output)
+      given[i]->value = outcome.outputs[i].value_or(Variant(Null{}));
+  }
+  for (ProcedureArgument& a : arguments) {
+    if (a.direction == adParamReturnValue) a.value = std::int32_t{0};
+  }
+  return outcome;
+}
+
+// Reads the arguments of EXEC and { call }.
+class CallText {
+ public:
+  CallText(std::string_view sql, std::span<const Variant> values)
+      : tokens_(tokenize(sql)), values_(values) {
+    const bool braces = take_symbol("{");
+    if (peek().is(TokenKind::Value)) {
+      ++at_;
+      take_symbol("=");
+    }
+    ++at_;  // EXEC, EXECUTE or call
+    name_ = read_name();
+    const bool parenthesis = take_symbol("(");
+    while (at_ < tokens_.size() && !peek().is_symbol(")") && !peek().is_symbol("}")) {
+      read_argument();
+      if (!take_symbol(",")) break;
+    }
+    if (parenthesis) require(take_symbol(")"));
+    if (braces) require(take_symbol("}"));
+    require(at_ == tokens_.size());
+  }
+  const std::string& name() const { return name_; }
+  std::span<ProcedureArgument> arguments() { return arguments_; }
+
+ private:
+  const Token& peek() const {
+    static const Token kEnd;
+    return at_ < tokens_.size() ? tokens_[at_] : kEnd;
+  }
+  bool take_symbol(std::string_view s) {
+    if (!peek().is_symbol(s)) return false;
+    ++at_;
+    return true;
+  }
+  void require(bool fits) const {
+    if (fits) return;
+    refuse("syntax error in the call of procedure '" + name_ + "'" +
+           (at_ < tokens_.size() ? " near " + std::string(tokens_[at_].text) : std::string()));
+  }
+  std::string read_name() {
+    require(peek().is_name());
+    std::string out = content_of(tokens_[at_++]);
+    while (take_symbol(".")) {
+      require(peek().is_name());
+      out = content_of(tokens_[at_++]);
+    }
+    return quoted_name(out);
+  }
+  void read_argument() {
+    ProcedureArgument argument;
+    if (peek().is(TokenKind::Variable)) {
+      argument.name = tokens_[at_++].text;
+      require(take_symbol("="));
+    }
+    argument.value = read_value();
+    if (peek().is_word("OUTPUT") || peek().is_word("OUT")) ++at_;
+    arguments_.push_back(std::move(argument));
+  }
+  Variant read_value() {
+    const bool negative = take_symbol("-");
+    require(at_ < tokens_.size());
+    const Token token = tokens_[at_++];
+    switch (token.kind) {
+      case TokenKind::Number:
+        return number(token.text, negative);
+      case TokenKind::Text:
+        return content_of(token);
+      case TokenKind::DateEscape:
+        return content_of(token);
+      case TokenKind::Value:
+        require(used_ < values_.size());
+        return values_[used_++];
+      default:
+        break;
+    }
+    if (token.is_word("NULL")) return Null{};
+    --at_;
+    require(false);
+    return {};
+  }
+  Variant number(std::string_view s, bool negative) const {
+    std::int32_t whole = 0;
+    const auto [end, error] = std::from_chars(s.data(), s.data() + s.size(), whole);
+    if (error == std::errc() && end == s.data() + s.size()) return negative ? -whole : whole;
+    double real = 0;
+    const auto [stop, failed] = std::from_chars(s.data(), s.data() + s.size(), real);
+    require(failed == std::errc() && stop == s.data() + s.size());
+    return negative ? -real : real;
+  }
+
+  std::vector<Token> tokens_;
+  std::span<const Variant> values_;
+  std::string name_;
+  std::vector<ProcedureArgument> arguments_;
+  std::size_t at_ = 0;
+  std::size_t used_ = 0;
+};
+
+}  // namespace
+
+void call_procedure(SqliteSession& session, std::string_view procedure,
+                    std::span<ProcedureArgument> arguments) {
+  run_procedure(session, procedure, arguments);
+}
+
+std::unique_ptr<Cursor> call_from_text(SqliteSession& session, std::string_view sql,
+                                       std::span<const Variant> values) {
+  CallText call(sql, values);
+  Outcome outcome = run_procedure(session, call.name(), call.arguments());
+  if (outcome.rows != nullptr) return std::move(outcome.rows);
+  return std::make_unique<FinishedCursor>(outcome.affected);
+}
+
+}  // namespace pelm::ado::sqlite

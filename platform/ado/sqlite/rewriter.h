@@ -1,0 +1,147 @@
+/// The state of one rewriting: a position in the tokens, and what has been learnt of the statement.
+///
+/// Private to dialect.h. Its functions stand in several sources by subject: operands and
+/// conditions, calls and types, queries, statements.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ado/sqlite/dialect.h"
+
+namespace pelm::ado::sqlite {
+
+/// What is known of an operand's type without running it.
+enum class Kind { Unknown, Number, Text, Date };
+
+struct Operand {
+  std::string sql;
+  Kind kind = Kind::Unknown;
+  bool literal = false;   ///< a single literal, bound or written out
+  bool column = false;    ///< a plain column
+  bool computed = false;  ///< has neither a column's type nor its collation
+  bool collates = false;  ///< may be a text that has lost its collation
+  int slot = -1;          ///< of a bound literal
+};
+
+class Rewriter {
+ public:
+  Rewriter(std::span<const Token> tokens, const SchemaNames& schema);
+  Translation run();
+
+ private:
+  // Reading.
+  const Token& peek(std::size_t ahead = 0) const;
+  bool at_end() const { return at_ >= tokens_.size(); }
+  Token take();
+  bool take_word(std::string_view capitals);
+  bool take_symbol(std::string_view s);
+  void expect(std::string_view symbol);
+  bool starts_operand(std::size_t ahead = 0) const;
+  bool at_clause_end() const;
+  [[noreturn]] void refuse(const std::string& why) const;
+
+  // Operands and conditions (rewriter_operands.cpp).
+  struct Stops {
+    bool comma = false;
+    bool clause = false;    ///< before FROM, WHERE, UNION, …
+    bool argument = false;  ///< what stands alone needs no collation
+  };
+  /// Rewrites up to the end, a ")" that closes what is open, or a stop. The operand is set when
+  /// there was just one and nothing else.
+  std::string sequence(Stops stops, Operand* only = nullptr);
+  Operand condition(bool argument);
+  Operand additive();
+  Operand multiplicative();
+  Operand unary();
+  Operand primary();
+  Operand parenthesis();
+  Operand case_expression();
+  Operand bound_literal(const Token& token);
+  Operand system_variable(const Token& token);
+  Operand escape();
+  Operand path();
+  Operand joined(Operand a, char sign, Operand b) const;
+  Operand negation_or_range(Operand a);
+  Operand member_of(Operand a, const std::string& negation);
+  void relate(Operand& a, Operand& b);
+  void read_as(Operand& operand, Slot::Reading reading);
+  int new_slot(Slot slot);
+  std::string collation();
+
+  // Calls and types (rewriter_calls.cpp).
+  struct Type {
+    std::string name;  ///< capital letters
+    std::optional<long> length;
+    std::optional<long> scale;
+  };
+  Operand call(const std::string& name);
+  Operand call_with_part(const std::string& emitted, Kind kind);
+  Operand convert();
+  Operand cast();
+  Operand converted(const Type& type, Operand value, const std::string& style) const;
+  Type type();
+  std::vector<Operand> arguments();
+  bool skip_table_hint();
+
+  // Queries (rewriter_query.cpp).
+  struct Core {
+    std::string sql;
+    std::string limit;
+  };
+  std::string query();
+  Core core(bool top_level);
+  std::string limit();
+  std::string select_list(bool top_level);
+  std::string select_item(bool top_level);
+  void select_into();
+
+  // Statements (rewriter_statements.cpp).
+  std::string statement();
+  std::string rest();
+  std::string verbatim();
+  std::string insert();
+  std::string rows_of_values();
+  std::string delete_from();
+  std::string truncate();
+  std::string create();
+  std::string name();
+
+  // CREATE TABLE (rewriter_table.cpp).
+  using Definition = std::vector<Token>;
+  std::string create_table(bool temporary);
+  std::vector<Definition> definitions();
+
+  void learn_columns();
+  bool is_date_column(const std::string& name) const;
+
+  std::span<const Token> tokens_;
+  std::size_t at_ = 0;
+  const SchemaNames& schema_;
+  Translation out_;
+  std::size_t literals_ = 0;
+  std::size_t values_ = 0;
+  int depth_ = 0;
+  int nesting_ = 0;
+  bool star_seen_ = false;
+  std::string into_;
+  std::vector<bool> insert_dates_;
+  std::map<std::string, bool, std::less<>> columns_;  // by capitals: is it a date wherever it is?
+
+  struct Deeper;
+};
+
+/// Appends `piece`, parted from what stands before by a blank where `space` says so or where the
+/// two would run together.
+void put(std::string& out, std::string_view piece, bool space);
+
+/// With the collation that a computed text needs to compare as the columns do.
+std::string collated(const Operand& operand);
+
+}  // namespace pelm::ado::sqlite

@@ -1,0 +1,339 @@
+// One conversation with an embedded database.
+#include "platform/ado/sqlite/session.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "pelm/error.h"
+#include "platform/ado/sqlite/cursor.h"
+#include "platform/ado/sqlite/errors.h"
+#include "platform/ado/sqlite/functions.h"
+#include "platform/ado/sqlite/procedures.h"
+#include "platform/ado/sqlite/settings.h"
+#include "platform/ado/sqlite/values.h"
+
+namespace pelm::ado::sqlite {
+namespace {
+
+constexpr std::int32_t kDefaultCommandTimeout = 30;
+
+using Action = Plan::Action;
+
+// What a statement asks of the session rather than of the engine.
+Action action_of(std::span<const Token> statement) {
+  struct Verb {
+    std::string_view word;
+    Action action;
+  };
+  constexpr std::array kVerbs = {
+      Verb{"SET", Action::Setting},       Verb{"EXEC", Action::Procedure},
+      Verb{"EXECUTE", Action::Procedure}, Verb{"BEGIN", Action::Begin},
+      Verb{"COMMIT", Action::Commit},     Verb{"ROLLBACK", Action::Rollback},
+      Verb{"SAVE", Action::Savepoint}};
+  const Token& first = statement.front();
+  if (first.is_symbol("{") && !(statement.size() > 1 && statement[1].is_word("FN"))) {
+    return Action::Procedure;
+  }
+  const auto found = std::find_if(kVerbs.begin(), kVerbs.end(),
+                                  [&](const Verb& v) { return first.is_word(v.word); });
+  return found == kVerbs.end() ? Action::Run : found->action;
+}
+
+bool begins_with(const std::string& sql, std::string_view word) {
+  return sql.size() >= word.size() &&
+         equal_names(std::string_view(sql).substr(0, word.size()), word);
+}
+
+bool changes_rows(const std::string& sql) {
+  return begins_with(sql, "INSERT") || begins_with(sql, "UPDATE") || begins_with(sql, "DELETE") ||
+         begins_with(sql, "REPLACE");
+}
+
+bool changes_schema(const std::string& sql) {
+  return begins_with(sql, "CREATE") || begins_with(sql, "DROP") || begins_with(sql, "ALTER");
+}
+
+const Variant* find_variable(const Variables* variables, std::string_view name) {
+  if (variables == nullptr) return nullptr;
+  const auto found = std::find_if(variables->begin(), variables->end(),
+                                  [&](const auto& v) { return equal_names(v.first, name); });
+  return found == variables->end() ? nullptr : &found->second;
+}
+
+[[noreturn]] void refuse(const std::string& why) {
+  raise_provider_error(error_number::kErrorsInCommand, why);
+}
+
+LiteralReading reading_of(Slot::Reading reading) {
+  switch (reading) {
+    case Slot::Reading::Date:
+      return LiteralReading::Date;
+    case Slot::Reading::Number:
+      return LiteralReading::Number;
+    case Slot::Reading::AsItIs:
+      break;
+  }
+  return LiteralReading::AsItIs;
+}
+
+}  // namespace
+
+SqliteSession::SqliteSession(Options options) : database_(std::move(options)), catalog_(database_) {
+  register_all_functions(database_.handle(), state_);
+  database_.watchdog().limit(kDefaultCommandTimeout);
+}
+
+SqliteSession::~SqliteSession() = default;
+
+std::string SqliteSession::quoted(std::string_view identifier) const {
+  return quoted_name(identifier);
+}
+
+// A key is found through its index. Any other text must be the same letter by letter, and a date
+// the same moment in whatever form it was stored.
+std::string SqliteSession::same_value(const Column& column) const {
+  const std::string name = quoted_name(column.name);
+  if (column.key) return name + " = ?";
+  switch (column.type) {
+    case adVarWChar:
+    case adLongVarWChar:
+      return name + " COLLATE \"BINARY\" = ?";
+    case adDate:
+      return "CONVERT(DATETIME, " + name + ") = ?";
+    default:
+      return name + " = ?";
+  }
+}
+
+std::shared_ptr<const std::vector<Column>> SqliteSession::describe(std::string_view table) {
+  return catalog_.describe(table);
+}
+
+std::unique_ptr<Cursor> SqliteSession::execute(std::string_view sql,
+                                               std::span<const Variant> values) {
+  return run(sql, values, nullptr);
+}
+
+std::unique_ptr<Cursor> SqliteSession::run(std::string_view sql, std::span<const Variant> values,
+                                           const Variables* variables) {
+  std::shared_ptr<Plan> plan = plan_for(sql);
+  if (plan->action == Action::Several) return run_several(sql, values, variables);
+  if (plan->action == Action::Run) return start(std::move(plan), values, variables);
+  return run_one(sql, values, variables);
+}
+
+std::unique_ptr<Cursor> SqliteSession::run_one(std::string_view sql,
+                                               std::span<const Variant> values,
+                                               const Variables* variables) {
+  std::shared_ptr<Plan> plan = plan_for(sql);
+  switch (plan->action) {
+    case Action::Several:
+      return run_several(sql, values, variables);
+    case Action::Run:
+      return start(std::move(plan), values, variables);
+    case Action::Setting:
+      apply_setting(tokenize(sql), state_);
+      break;
+    case Action::Begin:
+      begin(adXactUnspecified);
+      break;
+    case Action::Commit:
+      commit();
+      break;
+    case Action::Rollback:
+      rollback();
+      break;
+    case Action::Savepoint:
+      refuse("SAVE TRANSACTION is not known to the embedded database");
+    case Action::Procedure:
+      return call_from_text(*this, sql, values);
+  }
+  return std::make_unique<FinishedCursor>(-1);
+}
+
+std::shared_ptr<Plan> SqliteSession::plan_for(std::string_view sql) {
+  shape_.read(sql);
+  std::shared_ptr<Plan> plan = cache_.find(shape_.text());
+  if (plan != nullptr) return plan;
+  plan = make_plan();
+  cache_.insert(shape_.text(), plan);
+  return plan;
+}
+
+std::shared_ptr<Plan> SqliteSession::make_plan() {
+  auto plan = std::make_shared<Plan>();
+  const std::vector<Token> tokens = tokenize(shape_.text(), true);
+  const auto statements = split_statements(tokens);
+  if (statements.empty()) refuse("the command text is empty");
+  if (statements.size() > 1) {
+    plan->action = Action::Several;
+    return plan;
+  }
+  plan->action = action_of(statements.front());
+  if (plan->action != Action::Run) return plan;
+  catalog_.refresh();
+  plan->translation = translate(statements.front(), catalog_);
+  const std::string& run = plan->translation.sql;
+  plan->changes_rows = changes_rows(run);
+  plan->changes_schema = changes_schema(run);
+  if (!plan->translation.inserted_table.empty()) {
+    const auto* const known = catalog_.find(plan->translation.inserted_table);
+    if (known != nullptr) {
+      const SharedColumns columns =
+          catalog_.describe(quoted_name(plan->translation.inserted_table));
+      plan->gives_identity = std::any_of(columns->begin(), columns->end(),
+                                         [](const Column& c) { return c.auto_number; });
+    }
+  }
+  return plan;
+}
+
+StatementLease SqliteSession::prepare(std::shared_ptr<Plan> plan) {
+  if (!plan->idle.empty()) {
+    std::unique_ptr<Prepared> idle = std::move(plan->idle.back());
+    plan->idle.pop_back();
+    return {std::move(plan), std::move(idle)};
+  }
+  const std::string& sql = plan->translation.sql;
+  sqlite3_stmt* statement = nullptr;
+  const char* tail = nullptr;
+  database_.watchdog().restart();
+  const int code =
+      sqlite3_prepare_v3(database_.handle(), sql.c_str(), static_cast<int>(sql.size() + 1),
+                         SQLITE_PREPARE_PERSISTENT, &statement, &tail);
+  if (code != SQLITE_OK) {
+    cache_.erase(plan.get());  // a mistake need not be remembered
+    database_.fail(code, sql);
+  }
+  if (statement == nullptr) refuse("the command text is empty");
+  auto prepared = std::make_unique<Prepared>(statement);
+  if (sqlite3_column_count(statement) > 0) {
+    prepared->columns = catalog_.result_columns(statement, plan->translation);
+  }
+  return {std::move(plan), std::move(prepared)};
+}
+
+void SqliteSession::bind(const StatementLease& lease, std::span<const Variant> values,
+                         const Variables* variables) {
+  const auto literals = shape_.literals();
+  int position = 0;
+  std::size_t used = 0;
+  // A statement without rows ends before the text can go.
+  const bool text_stays = lease.prepared().columns == nullptr;
+  for (const Slot& slot : lease.plan().translation.slots) {
+    ++position;
+    int code = SQLITE_OK;
+    switch (slot.source) {
+      case Slot::Source::Literal:
+        code = bind_literal(lease.get(), position, literals[slot.index], reading_of(slot.reading),
+                            state_.language.date_order, text_stays);
+        break;
+      case Slot::Source::Value:
+        ++used;
+        if (slot.index >= values.size()) {
+          refuse("the statement has more \"?\" than the " + std::to_string(values.size()) +
+                 " values it was given");
+        }
+        code = bind_value(lease.get(), position, values[slot.index]);
+        break;
+      case Slot::Source::Variable: {
+        const Variant* const value = find_variable(variables, slot.name);
+        if (value == nullptr) refuse("Must declare the variable '" + slot.name + "'.");
+        code = bind_value(lease.get(), position, *value);
+        break;
+      }
+    }
+    if (code != SQLITE_OK) database_.fail(code, lease.plan().translation.sql);
+  }
+  if (used < values.size()) {
+    refuse("the statement has " + std::to_string(used) + " \"?\" and was given " +
+           std::to_string(values.size()) + " values");
+  }
+}
+
+std::unique_ptr<Cursor> SqliteSession::start(std::shared_ptr<Plan> plan,
+                                             std::span<const Variant> values,
+                                             const Variables* variables) {
+  if (plan->translation.leaves_traces) keeps_traces_ = true;
+  StatementLease lease = prepare(std::move(plan));
+  bind(lease, values, variables);
+  auto cursor = std::make_unique<SqliteCursor>(*this, std::move(lease));
+  cursor->start();
+  return cursor;
+}
+
+// Each statement runs to its end before the next begins; the first rows are kept meanwhile.
+std::unique_ptr<Cursor> SqliteSession::run_several(std::string_view sql,
+                                                   std::span<const Variant> values,
+                                                   const Variables* variables) {
+  const std::vector<Token> tokens = tokenize(sql);
+  std::unique_ptr<Cursor> rows;
+  std::int64_t affected = -1;
+  for (const std::span<const Token> statement : split_statements(tokens)) {
+    const char* const begin = statement.front().text.data();
+    const char* const end = statement.back().text.data() + statement.back().text.size();
+    const auto own = static_cast<std::size_t>(std::count_if(
+        statement.begin(), statement.end(), [](const Token& t) { return t.is(TokenKind::Value); }));
+    const std::size_t given = std::min(own, values.size());
+    const std::string_view text(begin, static_cast<std::size_t>(end - begin));
+    std::unique_ptr<Cursor> cursor = run_one(text, values.first(given), variables);
+    values = values.subspan(given);
+    if (!cursor->columns().empty()) {
+      auto kept = std::make_unique<KeptCursor>(*cursor);
+      if (rows == nullptr) rows = std::move(kept);
+    } else if (cursor->rows_affected() >= 0) {
+      affected = std::max<std::int64_t>(affected, 0) + cursor->rows_affected();
+    }
+  }
+  if (!values.empty()) refuse("the statements were given more values than they have \"?\"");
+  if (rows != nullptr) return rows;
+  return std::make_unique<FinishedCursor>(affected);
+}
+
+void SqliteSession::call(std::string_view procedure, std::span<ProcedureArgument> arguments) {
+  call_procedure(*this, procedure, arguments);
+}
+
+// Taking the write lock at once lets a writer wait for it; taken later, after a read, the engine
+// would refuse instead.
+void SqliteSession::begin(IsolationLevelEnum) {
+  if (database_.in_transaction()) {
+    raise_provider_error(
+        error_number::kProviderFailure,
+        "a transaction is open already: it must be committed or rolled back first");
+  }
+  control(database_.read_only() ? "BEGIN" : "BEGIN IMMEDIATE");
+}
+
+void SqliteSession::commit() {
+  if (!database_.in_transaction()) {
+    raise_provider_error(error_number::kProviderFailure,
+                         "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+  }
+  control("COMMIT");
+}
+
+void SqliteSession::rollback() {
+  if (!database_.in_transaction()) {
+    raise_provider_error(
+        error_number::kProviderFailure,
+        "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+  }
+  control("ROLLBACK");
+}
+
+bool SqliteSession::reset() noexcept {
+  try {
+    if (keeps_traces_) return false;
+    if (database_.in_transaction()) control("ROLLBACK");
+    state_ = {};
+    database_.watchdog().limit(kDefaultCommandTimeout);
+    return database_.file_is_there();
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+}  // namespace pelm::ado::sqlite

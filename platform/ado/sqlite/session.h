@@ -1,0 +1,73 @@
+/// One conversation with an embedded database.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ado/provider.h"
+#include "platform/ado/sqlite/catalog.h"
+#include "platform/ado/sqlite/database.h"
+#include "platform/ado/sqlite/session_state.h"
+#include "platform/ado/sqlite/shape.h"
+#include "platform/ado/sqlite/statement_cache.h"
+
+namespace pelm::ado::sqlite {
+
+/// Values of a procedure's parameters, by name with its @, compared without case.
+using Variables = std::vector<std::pair<std::string, Variant>>;
+
+class SqliteSession final : public Session {
+ public:
+  explicit SqliteSession(Options options);
+  ~SqliteSession() override;
+
+  void command_timeout(std::int32_t seconds) override { database_.watchdog().limit(seconds); }
+  std::unique_ptr<Cursor> execute(std::string_view sql, std::span<const Variant> values) override;
+  std::shared_ptr<const std::vector<Column>> describe(std::string_view table) override;
+  std::string quoted(std::string_view identifier) const override;
+  std::string same_value(const Column& column) const override;
+  void call(std::string_view procedure, std::span<ProcedureArgument> arguments) override;
+  void begin(IsolationLevelEnum level) override;
+  void commit() override;
+  void rollback() override;
+  bool reset() noexcept override;
+
+  // For the parts of a session.
+  Database& database() { return database_; }
+  Catalog& catalog() { return catalog_; }
+  SessionState& state() { return state_; }
+  StatementCache& cache() { return cache_; }
+  /// Runs one statement of a text of several or of a procedure; `values` are those of its own "?".
+  std::unique_ptr<Cursor> run_one(std::string_view sql, std::span<const Variant> values,
+                                  const Variables* variables);
+  /// Runs a text of one or several statements; the rows of the first that has any are the result.
+  std::unique_ptr<Cursor> run(std::string_view sql, std::span<const Variant> values,
+                              const Variables* variables);
+  /// Runs statements of ours that take nothing and give nothing.
+  void control(const char* sql) { database_.run(sql); }
+
+ private:
+  std::shared_ptr<Plan> plan_for(std::string_view sql);
+  std::shared_ptr<Plan> make_plan();
+  StatementLease prepare(std::shared_ptr<Plan> plan);
+  void bind(const StatementLease& lease, std::span<const Variant> values,
+            const Variables* variables);
+  std::unique_ptr<Cursor> start(std::shared_ptr<Plan> plan, std::span<const Variant> values,
+                                const Variables* variables);
+  std::unique_ptr<Cursor> run_several(std::string_view sql, std::span<const Variant> values,
+                                      const Variables* variables);
+
+  Database database_;
+  SessionState state_;
+  Catalog catalog_;
+  StatementCache cache_;
+  Shape shape_;
+  bool keeps_traces_ = false;
+};
+
+}  // namespace pelm::ado::sqlite

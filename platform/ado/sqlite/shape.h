@@ -1,0 +1,64 @@
+/// Splits a statement into its shape and its literals, so that statements that differ only in
+/// their values share one prepared statement.
+///
+/// Whole numbers, texts and date escapes after WHERE, SET, VALUES and ON become parameters.
+/// Everything whose meaning depends on being written out stays: select lists, ORDER BY and GROUP
+/// BY positions, LIKE patterns, TOP, the types and styles of CONVERT and CAST, and statements that
+/// define objects. Numbers with decimals stay too: the engine's reading of them is the one that
+/// counts.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ado/sqlite/tokenizer.h"
+
+namespace pelm::ado::sqlite {
+
+struct Literal {
+  enum class Kind { Number, Text, Date };
+  Kind kind = Kind::Number;
+  std::int64_t number = 0;
+  std::string_view text;  ///< as written, without its quotes; lives as long as the statement's text
+  bool doubled = false;   ///< quotes inside are doubled still
+
+  std::string content() const;
+};
+
+/// Kept by a session and filled anew for each statement, so that it allocates nothing.
+class Shape {
+ public:
+  /// Raises kErrorsInCommand for a character that no statement can hold.
+  void read(std::string_view sql);
+
+  /// The statement with a mark of tokenizer.h for each literal.
+  const std::string& text() const { return text_; }
+  std::span<const Literal> literals() const { return literals_; }
+
+ private:
+  enum class Call { Other, Convert, Cast };
+  struct Frame {
+    bool bind = false;
+    bool pattern = false;  ///< right of LIKE
+    bool outer_bind = false;
+    Call call = Call::Other;
+    int argument = 0;
+  };
+  void word(const Token& token);
+  void symbol(const Token& token);
+  std::optional<Literal> literal(const Token& token) const;
+
+  std::string text_;
+  std::vector<Literal> literals_;
+  std::vector<Frame> frames_;
+  Call next_call_ = Call::Other;
+  bool statement_start_ = true;
+  bool never_ = false;
+};
+
+}  // namespace pelm::ado::sqlite
