@@ -47,9 +47,9 @@ class Date {
   int weekday() const noexcept;
 
   /// By moment, not by serial: -0.25 and 0.25 are both 06:00 of day zero. Nothing is rounded.
-  friend constexpr bool operator==(Date a, Date b) noexcept { return (a <=> b) == 0; }
+  friend constexpr bool operator==(Date a, Date b) noexcept { return std::is_eq(a <=> b); }
   friend constexpr std::partial_ordering operator<=>(Date a, Date b) noexcept {
-    if (const auto by_day = a.day() <=> b.day(); by_day != 0) return by_day;
+    if (const auto by_day = a.day() <=> b.day(); std::is_neq(by_day)) return by_day;
     return a.day_fraction() <=> b.day_fraction();
   }
 

@@ -1,5 +1,7 @@
 // A date through a pattern.
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -82,9 +84,20 @@ struct Piece {
   }
 };
 
+constexpr char small(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+
+// `spelling` is in small letters.
+bool begins_with(std::string_view pattern, std::string_view spelling) {
+  if (pattern.size() < spelling.size()) return false;
+  for (std::size_t i = 0; i < spelling.size(); ++i) {
+    if (small(pattern[i]) != spelling[i]) return false;
+  }
+  return true;
+}
+
 // The piece at the start of `pattern`, which is not empty, and how much of the pattern it takes.
 std::size_t take_piece(std::string_view pattern, Piece& piece) {
-  const char first = pattern.front();
+  const char first = small(pattern.front());
   if (first == '"') {
     const std::size_t close = std::min(pattern.find('"', 1), pattern.size());
     piece = {Code::Literal, pattern.substr(1, close - 1)};
@@ -95,10 +108,9 @@ std::size_t take_piece(std::string_view pattern, Piece& piece) {
     return 2;
   }
   for (const Spelling& spelling : kSpellings) {
-    const std::string_view letters = pattern.substr(0, spelling.letters.size());
-    if (text::equal_case_blind(letters, spelling.letters)) {
-      piece = {spelling.code, letters};
-      return letters.size();
+    if (spelling.letters.front() == first && begins_with(pattern, spelling.letters)) {
+      piece = {spelling.code, pattern.substr(0, spelling.letters.size())};
+      return piece.letters.size();
     }
   }
   piece = {Code::Literal, pattern.substr(0, 1)};
@@ -134,6 +146,8 @@ class Printer {
 
   std::string print(std::string_view pattern) {
     std::vector<Piece> pieces;
+    pieces.reserve(pattern.size());
+    out_.reserve(pattern.size());
     while (!pattern.empty()) {
       Piece piece{};
       pattern.remove_prefix(take_piece(pattern, piece));
@@ -239,9 +253,11 @@ class Printer {
   }
 
   void put_number(int value, std::size_t width) {
-    const std::string digits = std::to_string(value);
-    if (digits.size() < width) out_.append(width - digits.size(), '0');
-    out_ += digits;
+    std::array<char, 12> digits{};
+    const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    const auto count = static_cast<std::size_t>(end - digits.data());
+    if (count < width) out_.append(width - count, '0');
+    out_.append(digits.data(), count);
   }
 
   // "AM/PM" prints AM or PM, "am/pm" am or pm, "A/P" A or P.
@@ -274,7 +290,9 @@ class Printer {
 std::string format_date(Date d, std::string_view pattern) {
   if (pattern.empty()) pattern = "c";
   for (const NamedPattern& named : kNamedPatterns) {
-    if (text::equal_case_blind(pattern, named.name)) pattern = named.pattern;
+    if (pattern.size() == named.name.size() && text::equal_case_blind(pattern, named.name)) {
+      pattern = named.pattern;
+    }
   }
   return Printer(d).print(pattern);
 }

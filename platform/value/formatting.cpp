@@ -58,21 +58,23 @@ std::string format_number(double v, int decimals) {
   if (decimals < 0 || decimals > SignificantDigits::kMax) raise_error(error_number::kInvalidCall);
   if (!std::isfinite(v)) return std::string(not_finite_text(v));
 
-  // The number as digits, `places` of them after the comma.
   const SignificantDigits significant(v);
   std::string digits(significant.text());
-  int whole = significant.exponent + 1;  // digits before the comma; below 1 zeros lead
-  if (whole < 1) digits.insert(0, static_cast<std::size_t>(std::min(1 - whole, decimals + 2)), '0');
-  whole = std::max(whole, 1);
-  const int length = whole + decimals;
-  if (round_half_away(digits, static_cast<std::size_t>(length))) ++whole;
-  digits.resize(static_cast<std::size_t>(whole + decimals), '0');
+  const auto places = static_cast<std::size_t>(decimals);
+  std::size_t whole = 1;  // digits before the comma
+  if (significant.exponent >= 0) {
+    whole += static_cast<std::size_t>(significant.exponent);
+  } else {  // leading zeros; more than one past the last place change nothing
+    digits.insert(0, std::min(static_cast<std::size_t>(-significant.exponent), places + 2), '0');
+  }
+  if (round_half_away(digits, whole + places)) ++whole;
+  digits.resize(whole + places, '0');
 
   const bool zero = digits.find_first_not_of('0') == std::string::npos;
   std::string out = significant.negative && !zero ? "-" : "";
-  out += grouped(std::string_view(digits).substr(0, static_cast<std::size_t>(whole)));
+  out += grouped(std::string_view(digits).substr(0, whole));
   if (decimals == 0) return out;
-  return (out += regional::kDecimalMark) += digits.substr(static_cast<std::size_t>(whole));
+  return (out += regional::kDecimalMark) += digits.substr(whole);
 }
 
 std::string_view month_name(int month) {

@@ -218,7 +218,7 @@ std::string number_text(double v) {
     ((out += '0') += regional::kDecimalMark).append(static_cast<std::size_t>(-d.exponent - 1), '0');
     return out += digits;
   }
-  const auto whole = static_cast<std::size_t>(d.exponent + 1);
+  const auto whole = static_cast<std::size_t>(d.exponent) + 1;
   if (digits.size() <= whole) return out.append(digits).append(whole - digits.size(), '0');
   return ((out += digits.substr(0, whole)) += regional::kDecimalMark) += digits.substr(whole);
 }

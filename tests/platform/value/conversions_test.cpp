@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "platform/value/clock.h"
 #include "platform/value/expect_error.h"
@@ -183,6 +184,40 @@ TEST(Conversions, NumbersOf16And32BitsRoundTripThroughText) {
     ASSERT_EQ(to_integer(to_text(n)), n);
     ASSERT_EQ(to_long(to_text(std::int32_t{v} * 65535)), v * 65535);
   }
+}
+
+// Texts put together at random from what dates and numbers are made of.
+TEST(Conversions, AnyTextIsAnsweredAndTheAnswersAgree) {
+  constexpr std::string_view kPieces[] = {"0",    "1",        "12",
+                                          "31",   "2008",     "99999999999",
+                                          "/",    "-",        ",",
+                                          ".",    ":",        " ",
+                                          "\t",   "\xC2\xA0", "R$",
+                                          "(",    ")",        "+",
+                                          "e",    "d",        "&H",
+                                          "&O",   "FF",       "am",
+                                          "PM",   "mar",      "março",
+                                          "de",   "True",     "x",
+                                          "\xE9", "é",        std::string_view("\0", 1)};
+  std::mt19937 random(2008);  // NOLINT(bugprone-random-generator-seed): the same every run
+  int dates = 0;
+  int numbers = 0;
+  for (int i = 0; i < 40000; ++i) {
+    std::string text;
+    for (auto n = random() % 8; n > 0; --n) text += kPieces[random() % std::size(kPieces)];
+
+    ASSERT_EQ(is_numeric(text), !error_of([&] { static_cast<void>(to_double(text)); })) << text;
+    const auto date_error = error_of([&] { static_cast<void>(to_date(text)); });
+    ASSERT_TRUE(!date_error || *date_error == 13) << text;
+    if (is_date(text)) {
+      ASSERT_FALSE(date_error) << text;
+      ASSERT_EQ(to_date(to_text(to_date(text))), to_date(text)) << text;
+    }
+    dates += is_date(text) ? 1 : 0;
+    numbers += is_numeric(text) ? 1 : 0;
+  }
+  EXPECT_GT(dates, 100);  // else the texts above show nothing
+  EXPECT_GT(numbers, 500);
 }
 
 }  // namespace

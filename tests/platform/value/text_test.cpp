@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "platform/value/case_map.h"
 #include "platform/value/expect_error.h"
 #include "platform/value/utf8.h"
@@ -167,6 +169,24 @@ TEST(ReplaceAll, GoesLeftToRightOnce) {
   EXPECT_EQ(replace_all("", "a", "x"), "");
   EXPECT_EQ(replace_all("abcabc", "abc", ""), "");
   EXPECT_EQ(replace_all("abc", "ABC", "x"), "abc");
+}
+
+TEST(Text, AnyBytesCountCutAndMapAlike) {
+  std::mt19937 random(2008);  // NOLINT(bugprone-random-generator-seed): the same every run
+  for (int i = 0; i < 20000; ++i) {
+    std::string s;
+    for (auto n = random() % 24; n > 0; --n) {
+      s += static_cast<char>(random() % 2 == 0 ? 'a' + random() % 26 : random() % 256);
+    }
+    const auto total = static_cast<std::int64_t>(length(s));
+    std::string one_by_one;
+    for (std::int64_t n = 1; n <= total; ++n) one_by_one += mid(s, n, 1);
+    ASSERT_EQ(one_by_one, s);
+    ASSERT_EQ(length(upper(s)), length(s));
+    ASSERT_EQ(upper(lower(upper(s))), upper(s));
+    ASSERT_TRUE(equal_case_blind(s, upper(s)));
+    ASSERT_EQ(instr(1, s, s), total == 0 ? 0 : 1);
+  }
 }
 
 TEST(Utf8, AppendsWhatItReads) {
