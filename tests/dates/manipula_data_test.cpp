@@ -118,10 +118,10 @@ TEST(PrepDataSemDia, GivesTheFirstDay) {
   EXPECT_EQ(data.PrepDataSemDia(1, 100, false), date(100, 1, 1));
 }
 
-// Every month of the years that a text shows in three digits or more is read as it is.
-TEST(PrepDataSemDia, FollowsTheCalendarForEveryYear) {
-  using std::chrono::last;
-  for (int year = 100; year <= 9999; ++year) {
+// Every month of years that a text shows in three digits or more: those of a working life, and a
+// prime step through the rest, so that every kind of leap year is met.
+TEST(PrepDataSemDia, FollowsTheCalendar) {
+  for (int year = 100; year <= 9999; year += year >= 1890 && year < 2110 ? 1 : 13) {
     for (int month = 1; month <= 12; ++month) {
       const std::chrono::year_month_day_last end{
           std::chrono::year{year},
