@@ -9,6 +9,7 @@
 #include "identity/manipula_oid.h"
 #include "pelm/ado/recordset.h"
 #include "pelm/conversions.h"
+#include "pelm/error.h"
 #include "pelm/manipula_data.h"
 #include "platform/ado/session_pool.h"
 #include "schema/schema.h"
@@ -71,9 +72,7 @@ void ComponentFixture::SetUp() {
   database_ = GetParam().create();
   if (database_ == nullptr) GTEST_SKIP() << GetParam().name << " does not run here";
   inspector_ = opened(connection_string());
-  for (const schema::Script& script : schema::scripts(GetParam().provider)) {
-    inspector_->Execute(script.text);
-  }
+  create_schema(*inspector_, GetParam().provider);
   thread_ = std::make_unique<ComponentThread>(connection_string());
 }
 
