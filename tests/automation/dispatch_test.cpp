@@ -11,6 +11,7 @@
 #include "pelm/cmain.h"
 #include "pelm/conn.h"
 #include "pelm/error.h"
+#include "pelm/manipula_data.h"
 
 namespace pelm::automation {
 namespace {
