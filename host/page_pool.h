@@ -1,0 +1,47 @@
+/// The threads that run pages, each with a runner, and so a script engine and a set of the
+/// component's shared objects, of its own for as long as it lives.
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "host/page_runner.h"
+
+namespace pelm::host {
+
+class PagePool {
+ public:
+  using Job = std::function<void(PageRunner&)>;
+  using MakeRunner = std::function<std::unique_ptr<PageRunner>()>;
+
+  /// Returns when every thread has its runner; throws what `make_runner` throws on any of them.
+  PagePool(std::size_t threads, MakeRunner make_runner);
+  PagePool(const PagePool&) = delete;
+  PagePool& operator=(const PagePool&) = delete;
+  /// Runs what was submitted, then ends the threads.
+  ~PagePool();
+
+  /// In order of arrival, on whichever thread is free. A job throws nothing.
+  void submit(Job job);
+
+ private:
+  void work(const MakeRunner& make_runner);
+  bool take(Job& job);
+  void stop();
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<Job> jobs_;
+  std::size_t ready_ = 0;
+  std::exception_ptr failure_;  ///< of a thread that could not start
+  bool ends_ = false;
+  std::vector<std::thread> threads_;
+};
+
+}  // namespace pelm::host

@@ -1,0 +1,56 @@
+/// The script engine of one thread: compiles pages and runs them, each in globals of its own,
+/// within limits of time and memory.
+///
+///     ScriptEngine engine(hooks, limits, watchdog);
+///     const auto script = engine.compile(read_page(files, "/x.page"));
+///     if (const auto failure = engine.run(*script, context)) log(*failure);
+///
+/// Everything, creation and destruction too, happens on the thread that made it. Knows no files
+/// and no HTTP.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+
+#include "host/page_failure.h"
+#include "host/page_hooks.h"
+#include "host/page_source.h"
+#include "platform/page/object_context.h"
+
+namespace pelm::host {
+
+class Watchdog;
+
+struct ScriptLimits {
+  std::chrono::milliseconds time{90'000};  ///< `Server.ScriptTimeout` takes its place when set
+  std::size_t heap_bytes = std::size_t{64} << 20U;
+};
+
+/// A page as the engine runs it; good for the engine that compiled it, and only while that lives.
+class CompiledScript;
+
+class ScriptEngine {
+ public:
+  /// `hooks` and `watchdog` must outlive it. Throws std::runtime_error when the engine cannot
+  /// start.
+  ScriptEngine(const PageHooks& hooks, ScriptLimits limits, Watchdog& watchdog);
+  ScriptEngine(const ScriptEngine&) = delete;
+  ScriptEngine& operator=(const ScriptEngine&) = delete;
+  ~ScriptEngine();
+
+  /// Raises PageSyntaxError.
+  std::shared_ptr<const CompiledScript> compile(PageSource source);
+
+  /// Nothing when the page came to its end or ended itself. Whatever happens, no object of the
+  /// component is held by the script afterwards.
+  std::optional<PageFailure> run(const CompiledScript& script,
+                                 const page::ScriptingContext& context);
+
+ private:
+  struct Part;
+  std::unique_ptr<Part> part_;
+};
+
+}  // namespace pelm::host
