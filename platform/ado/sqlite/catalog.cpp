@@ -25,6 +25,21 @@ std::string bare_name(std::string_view table) {
   return content_of(tokens.back());
 }
 
+ValueType value_type(DataTypeEnum type) {
+  switch (type) {
+    case adDate:
+      return ValueType::Date;
+    case adDouble:
+      return ValueType::Numeric;
+    case adSmallInt:
+    case adInteger:
+    case adBigInt:
+      return ValueType::Integer;
+    default:
+      return ValueType::Other;
+  }
+}
+
 int preparations_of(sqlite3_stmt* s) {
   return sqlite3_stmt_status(s, SQLITE_STMTSTATUS_REPREPARE, 0);
 }
@@ -165,7 +180,7 @@ void Catalog::refresh() {
     // A view over a table that is gone has no columns, and is no reason to know none at all.
     while (sqlite3_step(inner->statement()) == SQLITE_ROW) {
       const Column column = column_of_declaration(column_text(inner->statement(), 1));
-      list.push_back({column_text(inner->statement(), 0), column.type == adDate});
+      list.push_back({column_text(inner->statement(), 0), value_type(column.type)});
     }
     sqlite3_reset(inner->statement());
   }
@@ -180,8 +195,8 @@ const std::vector<NamedColumn>* Catalog::find(std::string_view table) const {
 SharedColumns Catalog::result_columns(sqlite3_stmt* statement, const Translation& translation) {
   auto columns = std::make_shared<std::vector<Column>>();
   const auto count = static_cast<std::size_t>(sqlite3_column_count(statement));
-  const auto& before = translation.dates_before_star;
-  const auto& after = translation.dates_after_star;
+  const auto& before = translation.types_before_star;
+  const auto& after = translation.types_after_star;
   for (std::size_t i = 0; i < count; ++i) {
     const auto at = static_cast<int>(i);
     const char* const declaration = sqlite3_column_decltype(statement, at);
@@ -190,9 +205,13 @@ SharedColumns Catalog::result_columns(sqlite3_stmt* statement, const Translation
       column = column_of_declaration(declaration);
     } else {
       const std::size_t from_end = count - i;
-      const bool date = (i < before.size() && before[i]) ||
-                        (from_end <= after.size() && after[after.size() - from_end]);
-      if (date) column.type = adDate;
+      ValueType type = ValueType::Other;
+      if (i < before.size())
+        type = before[i];
+      else if (from_end <= after.size())
+        type = after[after.size() - from_end];
+      if (type == ValueType::Date) column.type = adDate;
+      if (type == ValueType::Numeric) column.type = adDouble;
     }
     column.name = sqlite3_column_name(statement, at);
     columns->push_back(std::move(column));

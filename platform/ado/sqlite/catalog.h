@@ -28,7 +28,7 @@ class Catalog : public SchemaNames {
   void refresh();
   const std::vector<NamedColumn>* find(std::string_view table) const override;
 
-  /// The columns of a statement's result; `dates` of the select list from its translation.
+  /// The columns of a statement's result; types of expressions are known from its translation.
   SharedColumns result_columns(sqlite3_stmt* statement, const Translation& translation);
 
   /// After a statement of this session that may have changed temporary objects.

@@ -16,9 +16,13 @@
 
 namespace pelm::ado::sqlite {
 
+/// What the rewriting needs to know of a value's type. Numeric is for money and decimals, whose
+/// whole values the engine keeps as integers; to it those would divide as integers do.
+enum class ValueType { Other, Date, Integer, Numeric };
+
 struct NamedColumn {
   std::string name;
-  bool date = false;
+  ValueType type = ValueType::Other;
 };
 
 /// What the rewriting asks of the database's tables.
@@ -42,10 +46,10 @@ struct Slot {
 struct Translation {
   std::string sql;
   std::vector<Slot> slots;  ///< ?1, ?2, …
-  /// Of the select list: is the value a date? Items before a "*" count from the first column, those
-  /// after it from the last.
-  std::vector<bool> dates_before_star;
-  std::vector<bool> dates_after_star;
+  /// Types of the select list's expressions, Other for plain columns. Items before a "*" count from
+  /// the first column, those after it from the last.
+  std::vector<ValueType> types_before_star;
+  std::vector<ValueType> types_after_star;
   std::string inserted_table;  ///< of an INSERT
   bool leaves_traces = false;  ///< the session cannot be handed to another user afterwards
 };

@@ -36,7 +36,7 @@ std::string_view FunctionCall::text(std::size_t i) const {
 double FunctionCall::number(std::size_t i) const {
   if (!is_text(i)) return real(i);
   const auto v = read_number(text(i));
-  if (!v) fail_conversion(text(i), "float");
+  if (!v) fail_conversion(text(i), "int");
   return *v;
 }
 

@@ -72,14 +72,18 @@ double to_places(double v, std::int64_t places) {
 void to_decimal(FunctionCall& c) { c.give(to_places(real_value(c), c.whole(1))); }
 
 // Money texts may group their digits and carry the currency.
+std::optional<double> read_money(std::string_view s) {
+  std::string digits;
+  for (const char ch : s) {
+    if (ch != ',' && ch != '$') digits.push_back(ch);
+  }
+  return read_number(digits);
+}
+
 void to_money(FunctionCall& c) {
   constexpr std::int64_t kPlaces = 4;
   if (!c.is_text(0) || c.stored_date(0)) return c.give(to_places(real_value(c), kPlaces));
-  std::string digits;
-  for (const char ch : c.text(0)) {
-    if (ch != ',' && ch != '$') digits.push_back(ch);
-  }
-  const auto v = read_number(digits);
+  const auto v = read_money(c.text(0));
   if (!v) fail_conversion(c.text(0), "money");
   c.give(to_places(*v, kPlaces));
 }
@@ -147,7 +151,7 @@ void to_day(FunctionCall& c) {
 
 void isnumeric(FunctionCall& c) {
   const bool numeric =
-      !c.is_null(0) && (!c.is_text(0) || (!c.text(0).empty() && read_number(c.text(0))));
+      !c.is_null(0) && (!c.is_text(0) || (!c.text(0).empty() && read_money(c.text(0))));
   c.give(std::int64_t{numeric ? 1 : 0});
 }
 

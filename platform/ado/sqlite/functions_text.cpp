@@ -50,6 +50,7 @@ void substring(FunctionCall& c) {
 }
 
 void charindex(FunctionCall& c) {
+  if (c.text(0).empty()) return c.give(std::int64_t{0});
   const std::string_view s = c.text(1);
   const std::int64_t start = c.count() > 2 ? std::max<std::int64_t>(1, c.whole(2)) : 1;
   c.give(text::instr(start, s, c.text(0), text::Compare::CaseBlind));

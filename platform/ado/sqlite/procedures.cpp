@@ -63,7 +63,7 @@ Procedure read_procedure(SqliteSession& session, std::string_view name) {
   } catch (const Error& e) {
     if (e.number() != error_number::kNoTable) throw;
   }
-  refuse("Could not find stored procedure '" + std::string(name) + "'.");
+  refuse("Could not find stored procedure '" + bare + "'.");
 }
 
 // The procedure's transaction, or its part of the one that is open.

@@ -27,6 +27,8 @@ struct Operand {
   bool column = false;    ///< a plain column
   bool computed = false;  ///< has neither a column's type nor its collation
   bool collates = false;  ///< may be a text that has lost its collation
+  bool numeric = false;   ///< a number that divides with a fraction though it may be kept whole
+  bool integer = false;   ///< an integer column, or a function of one
   int slot = -1;          ///< of a bound literal
 };
 
@@ -109,6 +111,7 @@ class Rewriter {
   std::string insert();
   std::string rows_of_values();
   std::string delete_from();
+  std::string update();
   std::string truncate();
   std::string create();
   std::string name();
@@ -119,7 +122,8 @@ class Rewriter {
   std::vector<Definition> definitions();
 
   void learn_columns();
-  bool is_date_column(const std::string& name) const;
+  ValueType type_of_column(const std::string& name) const;
+  void set_target_aside();
 
   std::span<const Token> tokens_;
   std::size_t at_ = 0;
@@ -132,7 +136,8 @@ class Rewriter {
   bool star_seen_ = false;
   std::string into_;
   std::vector<bool> insert_dates_;
-  std::map<std::string, bool, std::less<>> columns_;  // by capitals: is it a date wherever it is?
+  bool assigning_ = false;                                 // between SET and WHERE of an UPDATE
+  std::map<std::string, ValueType, std::less<>> columns_;  // by capitals
 
   struct Deeper;
 };

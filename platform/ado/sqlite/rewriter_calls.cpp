@@ -17,17 +17,19 @@ struct Rule {
   std::string_view emitted;  ///< the engine's; empty: as written
   Gives gives;
   Form form = Form::Plain;
+  bool keeps_fraction = false;  ///< a number of the argument's type
 };
+constexpr bool kKeepsFraction = true;
 
 // Functions not named here pass as they are written.
 constexpr std::array kRules = {
     Rule{"CONVERT", "", Gives::Unknown, Form::Convert},
     Rule{"CAST", "", Gives::Unknown, Form::Cast},
-    Rule{"ISNULL", "ifnull", Gives::Same},
-    Rule{"COALESCE", "", Gives::Same},
-    Rule{"NULLIF", "", Gives::Same},
-    Rule{"MAX", "", Gives::Same},
-    Rule{"MIN", "", Gives::Same},
+    Rule{"ISNULL", "ifnull", Gives::Same, Form::Plain, kKeepsFraction},
+    Rule{"COALESCE", "", Gives::Same, Form::Plain, kKeepsFraction},
+    Rule{"NULLIF", "", Gives::Same, Form::Plain, kKeepsFraction},
+    Rule{"MAX", "", Gives::Same, Form::Plain, kKeepsFraction},
+    Rule{"MIN", "", Gives::Same, Form::Plain, kKeepsFraction},
     Rule{"LEFT", "\"left\"", Gives::Text},
     Rule{"RIGHT", "\"right\"", Gives::Text},
     Rule{"SUBSTRING", "", Gives::Text},
@@ -54,10 +56,10 @@ constexpr std::array kRules = {
     Rule{"UNICODE", "", Gives::Number},
     Rule{"COUNT", "", Gives::Number},
     Rule{"COUNT_BIG", "count", Gives::Number},
-    Rule{"SUM", "", Gives::Number},
-    Rule{"AVG", "", Gives::Number},
-    Rule{"ABS", "", Gives::Number},
-    Rule{"ROUND", "", Gives::Number},
+    Rule{"SUM", "", Gives::Number, Form::Plain, kKeepsFraction},
+    Rule{"AVG", "", Gives::Number, Form::Plain, kKeepsFraction},
+    Rule{"ABS", "", Gives::Number, Form::Plain, kKeepsFraction},
+    Rule{"ROUND", "", Gives::Number, Form::Plain, kKeepsFraction},
     Rule{"FLOOR", "", Gives::Number},
     Rule{"CEILING", "", Gives::Number},
     Rule{"LOG", "ln", Gives::Number},  // the engine's own log() is the decimal one
@@ -190,6 +192,10 @@ Operand Rewriter::call(const std::string& name) {
   out.sql += ")";
   if (!known) return out;
   out.kind = kind_of(rule->gives, values);
+  out.numeric = rule->keeps_fraction && std::any_of(values.begin(), values.end(),
+                                                    [](const Operand& v) { return v.numeric; });
+  out.integer = rule->keeps_fraction && values.size() == 1 && values.front().integer;
+  if (upper == "AVG" && out.integer) out.sql = "CAST(" + out.sql + " AS INTEGER)";
   const bool aggregate = upper == "MAX" || upper == "MIN";
   out.collates = !aggregate && (out.kind == Kind::Text ||
                                 (rule->gives == Gives::Same && out.kind == Kind::Unknown));

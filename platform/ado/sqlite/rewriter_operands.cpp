@@ -134,6 +134,7 @@ std::string Rewriter::sequence(Stops stops, Operand* only) {
       if (only != nullptr) *only = std::move(operand);
     } else {
       const Token token = take();
+      if (token.is_word("WHERE") || token.is_word("FROM")) assigning_ = false;
       put(out, token.text, token.space_before);
     }
   }
@@ -222,6 +223,8 @@ void Rewriter::relate(Operand& a, Operand& b) {
       read_as(y, Slot::Reading::Date);
     } else if (x.kind == Kind::Number && x.computed && y.literal && y.kind == Kind::Text) {
       read_as(y, Slot::Reading::Number);
+    } else if (x.kind == Kind::Text && x.literal && y.kind == Kind::Text && y.literal) {
+      x.collates = true;
     } else if (x.kind == Kind::Text && x.computed && y.kind == Kind::Number) {
       x.sql = "pelm_number(" + x.sql + ")";
       x.kind = Kind::Number;
@@ -258,6 +261,7 @@ Operand Rewriter::joined(Operand a, char sign, Operand b) const {
   const bool date = a.kind == Kind::Date || b.kind == Kind::Date;
   Operand out;
   out.computed = true;
+  out.numeric = a.numeric || b.numeric;
   if (a.kind == Kind::Number && b.kind == Kind::Number) {
     out.sql = a.sql + ' ' + sign + ' ' + b.sql;
     out.kind = Kind::Number;
@@ -270,7 +274,7 @@ Operand Rewriter::joined(Operand a, char sign, Operand b) const {
   }
   const bool text = a.kind == Kind::Text || b.kind == Kind::Text;
   out.kind = date ? Kind::Date : text ? Kind::Text : Kind::Unknown;
-  out.collates = !date;
+  out.collates = !date && a.kind != Kind::Number && b.kind != Kind::Number;
   out.sql = a.kind == Kind::Text && b.kind == Kind::Text ? "(" + a.sql + " || " + b.sql + ")"
                                                          : "pelm_add(" + a.sql + ", " + b.sql + ")";
   return out;
@@ -286,10 +290,13 @@ Operand Rewriter::multiplicative() {
     const Token op = take();
     const bool space = peek().space_before;
     const Operand b = unary();
+    const bool numeric = a.numeric || b.numeric;
+    if (op.text == "/" && numeric) a.sql = "CAST(" + a.sql + " AS REAL)";
     put(a.sql, op.text, op.space_before);
     put(a.sql, b.sql, space);
     a = {std::move(a.sql), concatenates ? Kind::Text : Kind::Number, false, false, true,
          concatenates};
+    a.numeric = numeric;
   }
 }
 
@@ -507,6 +514,7 @@ std::string Rewriter::collation() {
 
 // A column, a table or a function, with what qualifies it.
 Operand Rewriter::path() {
+  if (assigning_) set_target_aside();
   std::string sql, last;
   bool star = false;
   for (;;) {
@@ -538,25 +546,37 @@ Operand Rewriter::path() {
   Operand operand;
   operand.sql = std::move(sql);
   operand.column = true;
-  if (is_date_column(last)) operand.kind = Kind::Date;
+  const ValueType type = type_of_column(last);
+  if (type == ValueType::Date) operand.kind = Kind::Date;
+  operand.numeric = type == ValueType::Numeric;
+  operand.integer = type == ValueType::Integer;
   return operand;
 }
 
-bool Rewriter::is_date_column(const std::string& name) const {
-  const auto found = columns_.find(capitals(name));
-  return found != columns_.end() && found->second;
+// SET table.column = …: the engine wants the column alone.
+void Rewriter::set_target_aside() {
+  const Token& before = tokens_[at_ - 1];
+  if (depth_ > 0 || !(before.is_word("SET") || before.is_symbol(","))) return;
+  std::size_t ahead = 0;
+  while (peek(ahead).is_name() && peek(ahead + 1).is_symbol(".")) ahead += 2;
+  if (peek(ahead).is_name() && peek(ahead + 1).is_symbol("=")) at_ += ahead;
 }
 
-// The columns of the tables that the statement names. A name that is a date in one of them and
-// something else in another is taken for neither.
+ValueType Rewriter::type_of_column(const std::string& name) const {
+  const auto found = columns_.find(capitals(name));
+  return found == columns_.end() ? ValueType::Other : found->second;
+}
+
+// The columns of the tables that the statement names. A name that is of one type in one of them
+// and of another in another is taken for neither.
 void Rewriter::learn_columns() {
   for (const Token& t : tokens_) {
     if (!t.is_name()) continue;
     const std::vector<NamedColumn>* columns = schema_.find(content_of(t));
     if (columns == nullptr) continue;
     for (const NamedColumn& c : *columns) {
-      const auto [known, added] = columns_.emplace(capitals(c.name), c.date);
-      if (!added) known->second = known->second && c.date;
+      const auto [known, added] = columns_.emplace(capitals(c.name), c.type);
+      if (!added && known->second != c.type) known->second = ValueType::Other;
     }
   }
 }

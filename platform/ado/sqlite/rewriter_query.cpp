@@ -12,7 +12,7 @@ std::string Rewriter::query() {
     const Token& t = peek();
     if (!t.is_word("UNION") && !t.is_word("EXCEPT") && !t.is_word("INTERSECT")) break;
     std::string word(take().text);
-    if (take_word("ALL")) word += " ALL";
+    if (peek().is_word("ALL")) put(word, take().text, true);
     operators.push_back(std::move(word));
     if (!peek().is_word("SELECT")) break;  // the engine says what is wrong
   }
@@ -138,13 +138,16 @@ std::string Rewriter::select_item(bool top_level) {
     }
   }
   if (pieces != 1) only = {};
-  if (top_level && is_star) out_.dates_after_star.clear();  // they count from the last "*"
+  if (top_level && is_star) out_.types_after_star.clear();  // they count from the last "*"
   if (top_level && !is_star) {
-    auto& dates = star_seen_ ? out_.dates_after_star : out_.dates_before_star;
-    dates.push_back(only.kind == Kind::Date && !only.column);
+    auto& types = star_seen_ ? out_.types_after_star : out_.types_before_star;
+    types.push_back(only.column               ? ValueType::Other
+                    : only.kind == Kind::Date ? ValueType::Date
+                    : only.numeric            ? ValueType::Numeric
+                                              : ValueType::Other);
   }
   if (named) return sql + " AS " + quoted_name(alias);
-  if (top_level && !is_star && !(pieces == 1 && only.column)) return sql + " AS \"\"";
+  if (top_level && pieces > 0 && !is_star && !(pieces == 1 && only.column)) return sql + " AS \"\"";
   return sql;
 }
 

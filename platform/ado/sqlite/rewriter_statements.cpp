@@ -60,6 +60,7 @@ std::string Rewriter::statement() {
   }
   if (first.is_word("INSERT") || first.is_word("REPLACE")) return insert();
   if (first.is_word("DELETE")) return delete_from();
+  if (first.is_word("UPDATE")) return update();
   if (first.is_word("TRUNCATE")) return truncate();
   if (first.is_word("CREATE")) return create();
   return rest();
@@ -113,13 +114,13 @@ std::string Rewriter::insert() {
     while (peek().is_name()) {
       const std::string column = content_of(take());
       list += (list.empty() ? "" : ", ") + quoted_name(column);
-      insert_dates_.push_back(is_date_column(column));
+      insert_dates_.push_back(type_of_column(column) == ValueType::Date);
       if (!take_symbol(",")) break;
     }
     expect(")");
     out += " (" + list + ")";
   } else if (columns != nullptr) {
-    for (const NamedColumn& c : *columns) insert_dates_.push_back(c.date);
+    for (const NamedColumn& c : *columns) insert_dates_.push_back(c.type == ValueType::Date);
   }
   if (peek().is_word("VALUES")) out += rows_of_values();
   put(out, rest(), true);
@@ -150,6 +151,35 @@ std::string Rewriter::delete_from() {
   std::string out(take().text);
   take_word("FROM");
   out += " FROM " + name();
+  put(out, rest(), true);
+  return out;
+}
+
+// UPDATE table SET … [FROM …] [WHERE …]
+std::string Rewriter::update() {
+  std::string out(take().text);
+  if (peek().is_word("OR")) {
+    put(out, take().text, true);
+    put(out, take().text, true);
+  }
+  const std::size_t before = at_;
+  put(out, name(), true);
+  const std::string target = content_of(tokens_[at_ - 1]);
+  // On the server the table in FROM is the one that is changed; to the engine it is another.
+  for (std::size_t i = before + 1, depth = 0; i < tokens_.size(); ++i) {
+    const Token& t = tokens_[i];
+    if (t.is_symbol("(")) ++depth;
+    if (t.is_symbol(")") && depth > 0) --depth;
+    const bool source = tokens_[i - 1].is_word("FROM") || tokens_[i - 1].is_word("JOIN") ||
+                        tokens_[i - 1].is_symbol(",");
+    if (depth == 0 && source && t.is_name() && equal_names(content_of(t), target) &&
+        !(i + 1 < tokens_.size() &&
+          (tokens_[i + 1].is_symbol("=") || tokens_[i + 1].is_symbol(".")))) {
+      refuse("UPDATE " + target + " … FROM " + target +
+             " is not known to the embedded database; write WHERE … IN (SELECT …)");
+    }
+  }
+  assigning_ = true;
   put(out, rest(), true);
   return out;
 }

@@ -5,10 +5,10 @@
 ///     => select oid from item LIMIT 1
 ///     8
 ///
-/// "=>" may be missing (the rewriting is not compared). A line after it is a row, as
-/// scratch_database.h shows rows; "!! -2147217900 text" is an error with a part of its
-/// description; "(n rows changed)" is what a statement without rows changed. Cases are parted by
-/// blank lines; "---" rows mean that nothing is compared.
+/// "=>" with nothing behind it does not compare the rewriting. A line after it is a row, as
+/// scratch_database.h shows rows; a first line in brackets holds names and types of the columns;
+/// "!! -2147217900 text" is an error with a part of its description; "(n rows changed)" is what a
+/// statement without rows changed. Cases are parted by blank lines.
 #pragma once
 
 #include <string>
