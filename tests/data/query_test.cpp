@@ -102,7 +102,8 @@ TEST_P(ConnOpening, AnErrorOfClosingReachesWhoeverEndsTheCMain) {
 class RunSQL : public test::ComponentFixture {
  protected:
   void add_items() {
-    for (const Oid oid : {8, 9, 10}) base().cadastrar_item(1, "Item " + std::to_string(oid), 20, oid);
+    for (const Oid oid : {8, 9, 10})
+      base().cadastrar_item(1, "Item " + std::to_string(oid), 20, oid);
   }
 };
 PELM_ON_EVERY_ENGINE(RunSQL);
@@ -188,8 +189,8 @@ TEST_P(RunSQL, TheClientSideTakesPageAndCacheSize) {
 TEST_P(RunSQL, MaxRecordsCountsOnBothSides) {
   add_items();
   for (const auto location : {ado::adUseServer, ado::adUseClient}) {
-    const auto rs = conn().RunSQL("select oid from item", ado::adOpenStatic, ado::adLockReadOnly,
-                                  location, 2);
+    const auto rs =
+        conn().RunSQL("select oid from item", ado::adOpenStatic, ado::adLockReadOnly, location, 2);
     EXPECT_EQ(rs->RecordCount(), 2);
     rs->Close();
   }
