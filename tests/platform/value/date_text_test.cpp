@@ -175,7 +175,7 @@ TEST_F(ReadDate, RefusesEverythingElse) {
 
 // Whatever the platform writes as a date it reads as the same one.
 TEST(DateText, ReadsBackEveryDay) {
-  for (double serial = -657434; serial <= 2958465; serial += 971) {
+  for (int serial = -657434; serial <= 2958465; serial += 971) {
     for (const int second : {0, 1, 51429, 86399}) {
       const CivilTime day = Date::from_serial(serial).civil();
       const Date d = Date::from_civil(

@@ -153,6 +153,7 @@ TEST(ErrorTable, HoldsEveryNumberInBothLanguages) {
                                     kSubscriptOutOfRange,
                                     kDivisionByZero,
                                     kTypeMismatch,
+                                    kOutOfStackSpace,
                                     kInternal,
                                     kFileNotFound,
                                     kPathNotFound,
