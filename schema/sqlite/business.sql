@@ -1,176 +1,167 @@
--- The tables that hang off items: values, groupings, people, addresses, accounts, sessions.
+-- The business tables: what hangs off an item, and the rows that belong to one, for the embedded
+-- engine (SQLite).
 --
--- Nothing refers to anything by a foreign key: the component stores its rows one by one and takes
--- any OID for the item that a row belongs to. What a column may hold is checked here, so that no
--- statement of a page can store a value that reads back as another type.
+-- What tables.sql says of its columns holds here. Nothing refers to anything by a foreign key: the
+-- component stores its rows one by one and takes any OID for the item that a row belongs to. The
+-- indexes are those that the component's own statements need, and pages that list what hangs off
+-- an item.
+--
+-- Running the script again changes nothing.
 
--- Definitions of additional data; RTIPO is the category that says which kind of value it is.
-CREATE TABLE dadoadicional (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RTIPO INTEGER CHECK (RTIPO BETWEEN -2147483648 AND 2147483647 AND typeof(RTIPO) <> 'real')
-);
+-- Definitions of additional data; RTIPO is the category that tells the kind of value.
+CREATE TABLE IF NOT EXISTS dadoadicional (
+  OID   INTEGER NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RTIPO INTEGER CHECK (RTIPO << 32 >> 32 = RTIPO)
+) WITHOUT ROWID;
 -- A parameter's definition is found by its category.
-CREATE INDEX dadoadicional_rtipo ON dadoadicional (RTIPO);
+CREATE INDEX IF NOT EXISTS dadoadicional_rtipo ON dadoadicional (RTIPO);
 
--- Values of additional data: one of the four columns holds it, the others are null.
-CREATE TABLE aditivo (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RITEM INTEGER CHECK (RITEM BETWEEN -2147483648 AND 2147483647 AND typeof(RITEM) <> 'real'),
-  RDEFINICAO INTEGER
-    CHECK (RDEFINICAO BETWEEN -2147483648 AND 2147483647 AND typeof(RDEFINICAO) <> 'real'),
-  SVALOR VARCHAR(255) CHECK (length(SVALOR) <= 255 AND typeof(SVALOR) <> 'blob'),
-  NVALOR NUMERIC CHECK (typeof(NVALOR) NOT IN ('text', 'blob')),
-  DTVALOR DATETIME CHECK (DTVALOR = datetime(DTVALOR, '+0 days')),
-  LSVALOR TEXT CHECK (typeof(LSVALOR) <> 'blob')
-);
+-- Values of additional data: one of the four columns holds the value, the others are null.
+CREATE TABLE IF NOT EXISTS aditivo (
+  OID        INTEGER      NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RITEM      INTEGER      CHECK (RITEM << 32 >> 32 = RITEM),
+  RDEFINICAO INTEGER      CHECK (RDEFINICAO << 32 >> 32 = RDEFINICAO),
+  SVALOR     VARCHAR(255) COLLATE NOCASE CHECK (length(SVALOR) <= 255),
+  NVALOR     NUMERIC      CHECK (typeof(NVALOR) IN ('integer', 'real', 'null')),
+  DTVALOR    DATETIME     CHECK (DTVALOR GLOB '[0-9]???-??-?? ??:??:??'),
+  LSVALOR    TEXT         COLLATE NOCASE
+) WITHOUT ROWID;
 -- Values are read and changed by item and definition.
-CREATE INDEX aditivo_ritem ON aditivo (RITEM, RDEFINICAO);
+CREATE INDEX IF NOT EXISTS aditivo_ritem ON aditivo (RITEM, RDEFINICAO);
 
 -- The tree of categories.
-CREATE TABLE categoria (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RSUPER INTEGER CHECK (RSUPER BETWEEN -2147483648 AND 2147483647 AND typeof(RSUPER) <> 'real'),
-  NOMEINTERNO VARCHAR(100) CHECK (length(NOMEINTERNO) <= 100 AND typeof(NOMEINTERNO) <> 'blob')
-);
--- Parameters are found by the internal name of a category. Not unique: nobody checks it.
-CREATE INDEX categoria_nomeinterno ON categoria (NOMEINTERNO);
+CREATE TABLE IF NOT EXISTS categoria (
+  OID         INTEGER      NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RSUPER      INTEGER      CHECK (RSUPER << 32 >> 32 = RSUPER),
+  NOMEINTERNO VARCHAR(100) COLLATE NOCASE CHECK (length(NOMEINTERNO) <= 100)
+) WITHOUT ROWID;
+-- Parameters are found by a category's internal name. Not unique: nobody promises that it is.
+CREATE INDEX IF NOT EXISTS categoria_nomeinterno ON categoria (NOMEINTERNO);
 -- Pages walk down the tree.
-CREATE INDEX categoria_rsuper ON categoria (RSUPER);
+CREATE INDEX IF NOT EXISTS categoria_rsuper ON categoria (RSUPER);
 
 -- Label texts of an application's controls.
-CREATE TABLE rotulo (
-  CONTROLE VARCHAR(100) CHECK (length(CONTROLE) <= 100 AND typeof(CONTROLE) <> 'blob'),
-  VALOR VARCHAR(255) CHECK (length(VALOR) <= 255 AND typeof(VALOR) <> 'blob'),
-  RAPLICATIVO INTEGER
-    CHECK (RAPLICATIVO BETWEEN -2147483648 AND 2147483647 AND typeof(RAPLICATIVO) <> 'real')
+CREATE TABLE IF NOT EXISTS rotulo (
+  CONTROLE    VARCHAR(100) COLLATE NOCASE CHECK (length(CONTROLE) <= 100),
+  VALOR       VARCHAR(255) COLLATE NOCASE CHECK (length(VALOR) <= 255),
+  RAPLICATIVO INTEGER      CHECK (RAPLICATIVO << 32 >> 32 = RAPLICATIVO)
 );
 -- Labels are read by application.
-CREATE INDEX rotulo_raplicativo ON rotulo (RAPLICATIVO);
+CREATE INDEX IF NOT EXISTS rotulo_raplicativo ON rotulo (RAPLICATIVO);
 
--- Puts an item into a group item in a role.
-CREATE TABLE agrupamento (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RPAPEL INTEGER CHECK (RPAPEL BETWEEN -2147483648 AND 2147483647 AND typeof(RPAPEL) <> 'real'),
-  RGRUPO INTEGER CHECK (RGRUPO BETWEEN -2147483648 AND 2147483647 AND typeof(RGRUPO) <> 'real'),
-  RITEM INTEGER CHECK (RITEM BETWEEN -2147483648 AND 2147483647 AND typeof(RITEM) <> 'real')
-);
+-- Puts an item into a group item in a role. Any number of times: nothing here is unique.
+CREATE TABLE IF NOT EXISTS agrupamento (
+  OID    INTEGER NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RPAPEL INTEGER CHECK (RPAPEL << 32 >> 32 = RPAPEL),
+  RGRUPO INTEGER CHECK (RGRUPO << 32 >> 32 = RGRUPO),
+  RITEM  INTEGER CHECK (RITEM << 32 >> 32 = RITEM)
+) WITHOUT ROWID;
 -- A contact's positions are removed by contact and company.
-CREATE INDEX agrupamento_ritem ON agrupamento (RITEM, RGRUPO);
--- Pages list the members of a group.
-CREATE INDEX agrupamento_rgrupo ON agrupamento (RGRUPO, RPAPEL);
+CREATE INDEX IF NOT EXISTS agrupamento_ritem ON agrupamento (RITEM, RGRUPO);
+-- Pages list a group's members.
+CREATE INDEX IF NOT EXISTS agrupamento_rgrupo ON agrupamento (RGRUPO, RPAPEL);
 
 -- Puts an item into a category.
-CREATE TABLE classificacao (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RITEM INTEGER CHECK (RITEM BETWEEN -2147483648 AND 2147483647 AND typeof(RITEM) <> 'real'),
-  RCATEGORIA INTEGER
-    CHECK (RCATEGORIA BETWEEN -2147483648 AND 2147483647 AND typeof(RCATEGORIA) <> 'real')
-);
--- Pages list the categories of an item, and the items of a category.
-CREATE INDEX classificacao_ritem ON classificacao (RITEM);
-CREATE INDEX classificacao_rcategoria ON classificacao (RCATEGORIA);
+CREATE TABLE IF NOT EXISTS classificacao (
+  OID        INTEGER NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RITEM      INTEGER CHECK (RITEM << 32 >> 32 = RITEM),
+  RCATEGORIA INTEGER CHECK (RCATEGORIA << 32 >> 32 = RCATEGORIA)
+) WITHOUT ROWID;
+-- Pages list an item's categories and a category's items.
+CREATE INDEX IF NOT EXISTS classificacao_ritem ON classificacao (RITEM);
+CREATE INDEX IF NOT EXISTS classificacao_rcategoria ON classificacao (RCATEGORIA);
 
--- Numbers handed out by sequences, one row a number. The key of the text keeps two callers that
--- race for a number apart. OID is no key here: the last OID of a range is handed out twice, and to
--- the component a refused row means that its number is taken, so it would try numbers for ever.
-CREATE TABLE chaveunica (
-  OID INTEGER NOT NULL CHECK (OID BETWEEN -2147483648 AND 2147483647 AND typeof(OID) <> 'real'),
-  DESCRICAO VARCHAR(100) NOT NULL
-    CHECK (length(DESCRICAO) <= 100 AND typeof(DESCRICAO) <> 'blob') UNIQUE
-);
+-- Numbers handed out by sequences, one row a number. The key keeps apart two callers that race
+-- for a number. OID is no key: the last OID of a range is handed out twice, and the component takes
+-- a refused row for a number that is taken, so with a key on OID it would try numbers for ever.
+CREATE TABLE IF NOT EXISTS chaveunica (
+  OID       INTEGER      NOT NULL CHECK (OID << 32 >> 32 = OID),
+  DESCRICAO VARCHAR(100) COLLATE NOCASE NOT NULL PRIMARY KEY CHECK (length(DESCRICAO) <= 100)
+) WITHOUT ROWID;
 
--- Persons: an item's row by its OID.
-CREATE TABLE pessoa (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RAZAOSOCIAL VARCHAR(255) CHECK (length(RAZAOSOCIAL) <= 255 AND typeof(RAZAOSOCIAL) <> 'blob'),
-  IDENTIFICADOR VARCHAR(50) CHECK (length(IDENTIFICADOR) <= 50 AND typeof(IDENTIFICADOR) <> 'blob')
-);
+-- Persons, by the OID of their item.
+CREATE TABLE IF NOT EXISTS pessoa (
+  OID           INTEGER      NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RAZAOSOCIAL   VARCHAR(255) COLLATE NOCASE CHECK (length(RAZAOSOCIAL) <= 255),
+  IDENTIFICADOR VARCHAR(50)  COLLATE NOCASE CHECK (length(IDENTIFICADOR) <= 50)
+) WITHOUT ROWID;
 
--- Natural persons.
-CREATE TABLE pessoafisica (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647)
-);
+-- Natural persons, by the OID of their item.
+CREATE TABLE IF NOT EXISTS pessoafisica (
+  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID)
+) WITHOUT ROWID;
 
--- Positions that a person can hold.
-CREATE TABLE cargo (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647)
-);
+-- Positions that a person can hold, by the OID of their item.
+CREATE TABLE IF NOT EXISTS cargo (
+  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID)
+) WITHOUT ROWID;
 
--- Addresses: items with a row of their own.
-CREATE TABLE endereco (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RITEM INTEGER CHECK (RITEM BETWEEN -2147483648 AND 2147483647 AND typeof(RITEM) <> 'real'),
-  RCIDADE INTEGER CHECK (RCIDADE BETWEEN -2147483648 AND 2147483647 AND typeof(RCIDADE) <> 'real'),
-  CEP VARCHAR(20) CHECK (length(CEP) <= 20 AND typeof(CEP) <> 'blob'),
-  BAIRRO VARCHAR(100) CHECK (length(BAIRRO) <= 100 AND typeof(BAIRRO) <> 'blob'),
-  COMPLEMENTO VARCHAR(100) CHECK (length(COMPLEMENTO) <= 100 AND typeof(COMPLEMENTO) <> 'blob'),
-  NUMERO VARCHAR(20) CHECK (length(NUMERO) <= 20 AND typeof(NUMERO) <> 'blob'),
-  RUA VARCHAR(255) CHECK (length(RUA) <= 255 AND typeof(RUA) <> 'blob'),
-  REFERENCIA VARCHAR(255) CHECK (length(REFERENCIA) <= 255 AND typeof(REFERENCIA) <> 'blob')
-);
--- Pages list the addresses of an item.
-CREATE INDEX endereco_ritem ON endereco (RITEM);
+-- Addresses, by the OID of their item.
+CREATE TABLE IF NOT EXISTS endereco (
+  OID         INTEGER      NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RITEM       INTEGER      CHECK (RITEM << 32 >> 32 = RITEM),
+  RCIDADE     INTEGER      CHECK (RCIDADE << 32 >> 32 = RCIDADE),
+  CEP         VARCHAR(20)  COLLATE NOCASE CHECK (length(CEP) <= 20),
+  BAIRRO      VARCHAR(100) COLLATE NOCASE CHECK (length(BAIRRO) <= 100),
+  COMPLEMENTO VARCHAR(100) COLLATE NOCASE CHECK (length(COMPLEMENTO) <= 100),
+  NUMERO      VARCHAR(20)  COLLATE NOCASE CHECK (length(NUMERO) <= 20),
+  RUA         VARCHAR(255) COLLATE NOCASE CHECK (length(RUA) <= 255),
+  REFERENCIA  VARCHAR(255) COLLATE NOCASE CHECK (length(REFERENCIA) <= 255)
+) WITHOUT ROWID;
+-- Pages list an item's addresses.
+CREATE INDEX IF NOT EXISTS endereco_ritem ON endereco (RITEM);
 
 -- Ways of reaching an item.
-CREATE TABLE comunicacao (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RITEM INTEGER CHECK (RITEM BETWEEN -2147483648 AND 2147483647 AND typeof(RITEM) <> 'real'),
-  RTIPO INTEGER CHECK (RTIPO BETWEEN -2147483648 AND 2147483647 AND typeof(RTIPO) <> 'real'),
-  RENDERECO INTEGER
-    CHECK (RENDERECO BETWEEN -2147483648 AND 2147483647 AND typeof(RENDERECO) <> 'real'),
-  VALOR VARCHAR(255) CHECK (length(VALOR) <= 255 AND typeof(VALOR) <> 'blob')
-);
--- Pages read an item's telephone or e-mail by its kind.
-CREATE INDEX comunicacao_ritem ON comunicacao (RITEM, RTIPO);
+CREATE TABLE IF NOT EXISTS comunicacao (
+  OID       INTEGER      NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RITEM     INTEGER      CHECK (RITEM << 32 >> 32 = RITEM),
+  RTIPO     INTEGER      CHECK (RTIPO << 32 >> 32 = RTIPO),
+  RENDERECO INTEGER      CHECK (RENDERECO << 32 >> 32 = RENDERECO),
+  VALOR     VARCHAR(255) COLLATE NOCASE CHECK (length(VALOR) <= 255)
+) WITHOUT ROWID;
+-- Pages look for an item's telephone or e-mail by its kind.
+CREATE INDEX IF NOT EXISTS comunicacao_ritem ON comunicacao (RITEM, RTIPO);
 
--- Ledger accounts.
-CREATE TABLE contacontabil (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  HIERARQUIANUMERO VARCHAR(50)
-    CHECK (length(HIERARQUIANUMERO) <= 50 AND typeof(HIERARQUIANUMERO) <> 'blob')
-);
+-- Ledger accounts, by the OID of their item.
+CREATE TABLE IF NOT EXISTS contacontabil (
+  OID              INTEGER     NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  HIERARQUIANUMERO VARCHAR(50) COLLATE NOCASE CHECK (length(HIERARQUIANUMERO) <= 50)
+) WITHOUT ROWID;
 
 -- The ledger account of an item, by chart of accounts, value source and category.
-CREATE TABLE contaassociada (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RCONTACONTABIL INTEGER
-    CHECK (RCONTACONTABIL BETWEEN -2147483648 AND 2147483647 AND typeof(RCONTACONTABIL) <> 'real'),
-  RPLANODECONTAS INTEGER
-    CHECK (RPLANODECONTAS BETWEEN -2147483648 AND 2147483647 AND typeof(RPLANODECONTAS) <> 'real'),
-  RITEM INTEGER CHECK (RITEM BETWEEN -2147483648 AND 2147483647 AND typeof(RITEM) <> 'real'),
-  RFONTEDOVALOR INTEGER
-    CHECK (RFONTEDOVALOR BETWEEN -2147483648 AND 2147483647 AND typeof(RFONTEDOVALOR) <> 'real'),
-  RCATEGORIA INTEGER
-    CHECK (RCATEGORIA BETWEEN -2147483648 AND 2147483647 AND typeof(RCATEGORIA) <> 'real')
-);
+CREATE TABLE IF NOT EXISTS contaassociada (
+  OID            INTEGER NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RCONTACONTABIL INTEGER CHECK (RCONTACONTABIL << 32 >> 32 = RCONTACONTABIL),
+  RPLANODECONTAS INTEGER CHECK (RPLANODECONTAS << 32 >> 32 = RPLANODECONTAS),
+  RITEM          INTEGER CHECK (RITEM << 32 >> 32 = RITEM),
+  RFONTEDOVALOR  INTEGER CHECK (RFONTEDOVALOR << 32 >> 32 = RFONTEDOVALOR),
+  RCATEGORIA     INTEGER CHECK (RCATEGORIA << 32 >> 32 = RCATEGORIA)
+) WITHOUT ROWID;
 -- Accounts are looked up by item.
-CREATE INDEX contaassociada_ritem ON contaassociada (RITEM);
+CREATE INDEX IF NOT EXISTS contaassociada_ritem ON contaassociada (RITEM);
 
 -- A workstation's stays in the system.
-CREATE TABLE sessaodeuso (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  INICIO DATETIME CHECK (INICIO = datetime(INICIO, '+0 days')),
-  TERMINO DATETIME CHECK (TERMINO = datetime(TERMINO, '+0 days')),
-  SITUACAO SMALLINT CHECK (SITUACAO BETWEEN -32768 AND 32767 AND typeof(SITUACAO) <> 'real')
-);
+CREATE TABLE IF NOT EXISTS sessaodeuso (
+  OID      INTEGER  NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  INICIO   DATETIME CHECK (INICIO GLOB '[0-9]???-??-?? ??:??:??'),
+  TERMINO  DATETIME CHECK (TERMINO GLOB '[0-9]???-??-?? ??:??:??'),
+  SITUACAO SMALLINT CHECK (SITUACAO << 48 >> 48 = SITUACAO)
+) WITHOUT ROWID;
 -- Few sessions are open, and only open ones are looked for.
-CREATE INDEX sessaodeuso_aberta ON sessaodeuso (SITUACAO) WHERE TERMINO IS NULL;
+CREATE INDEX IF NOT EXISTS sessaodeuso_aberta ON sessaodeuso (SITUACAO) WHERE TERMINO IS NULL;
 
 -- The applications opened in them.
-CREATE TABLE sessaoaplicativo (
-  OID INTEGER NOT NULL PRIMARY KEY CHECK (OID BETWEEN -2147483648 AND 2147483647),
-  RSESSAODEUSO INTEGER
-    CHECK (RSESSAODEUSO BETWEEN -2147483648 AND 2147483647 AND typeof(RSESSAODEUSO) <> 'real'),
-  RAPLICATIVO INTEGER
-    CHECK (RAPLICATIVO BETWEEN -2147483648 AND 2147483647 AND typeof(RAPLICATIVO) <> 'real'),
-  RUSUARIO INTEGER
-    CHECK (RUSUARIO BETWEEN -2147483648 AND 2147483647 AND typeof(RUSUARIO) <> 'real'),
-  ESTACAO VARCHAR(100) CHECK (length(ESTACAO) <= 100 AND typeof(ESTACAO) <> 'blob'),
-  INICIO DATETIME CHECK (INICIO = datetime(INICIO, '+0 days')),
-  TERMINO DATETIME CHECK (TERMINO = datetime(TERMINO, '+0 days'))
-);
+CREATE TABLE IF NOT EXISTS sessaoaplicativo (
+  OID          INTEGER      NOT NULL PRIMARY KEY CHECK (OID << 32 >> 32 = OID),
+  RSESSAODEUSO INTEGER      CHECK (RSESSAODEUSO << 32 >> 32 = RSESSAODEUSO),
+  RAPLICATIVO  INTEGER      CHECK (RAPLICATIVO << 32 >> 32 = RAPLICATIVO),
+  RUSUARIO     INTEGER      CHECK (RUSUARIO << 32 >> 32 = RUSUARIO),
+  ESTACAO      VARCHAR(100) COLLATE NOCASE CHECK (length(ESTACAO) <= 100),
+  INICIO       DATETIME     CHECK (INICIO GLOB '[0-9]???-??-?? ??:??:??'),
+  TERMINO      DATETIME     CHECK (TERMINO GLOB '[0-9]???-??-?? ??:??:??')
+) WITHOUT ROWID;
 -- From an open usage session to its applications.
-CREATE INDEX sessaoaplicativo_rsessaodeuso ON sessaoaplicativo (RSESSAODEUSO);
--- Is this application open on this workstation?
-CREATE INDEX sessaoaplicativo_aberta ON sessaoaplicativo (ESTACAO, RAPLICATIVO)
+CREATE INDEX IF NOT EXISTS sessaoaplicativo_rsessaodeuso ON sessaoaplicativo (RSESSAODEUSO);
+-- Whether an application is open on a workstation.
+CREATE INDEX IF NOT EXISTS sessaoaplicativo_aberta ON sessaoaplicativo (ESTACAO, RAPLICATIVO)
   WHERE TERMINO IS NULL;
