@@ -27,13 +27,14 @@ struct Case {
   std::string oracle;
 };
 
-void PrintTo(const Case& tested, std::ostream* out) { *out << tested.sql; }
+void PrintTo(const Case& tested, std::ostream* out) { *out << tested.name; }
 
 std::string name_of(const ::testing::TestParamInfo<Case>& tested) { return tested.param.name; }
 
 class TranslateSql : public ::testing::TestWithParam<Case> {};
 
 TEST_P(TranslateSql, GivesTheOracleText) {
+  SCOPED_TRACE(GetParam().sql);
   std::string sql = GetParam().sql;
   ASSERT_TRUE(translation_ends(sql));
   EXPECT_TRUE(translate_sql(sql, "Oracle"));
@@ -171,6 +172,7 @@ TEST(TranslateSqlServer, IsLeftAloneInCapitalsOnly) {
 class TranslateSqlFailing : public ::testing::TestWithParam<Case> {};
 
 TEST_P(TranslateSqlFailing, RaisesInvalidCallAndKeepsWhatWasRewritten) {
+  SCOPED_TRACE(GetParam().sql);
   std::string sql = GetParam().sql;
   EXPECT_TRUE(translation_ends(sql));
   try {
@@ -207,6 +209,7 @@ class TranslateSqlEndless : public ::testing::TestWithParam<Case> {};
 
 TEST_P(TranslateSqlEndless, HasAFormWhoseRoundsNeverEnd) {
   const auto& [name, sql, form] = GetParam();
+  SCOPED_TRACE(sql);
   EXPECT_FALSE(translation_ends(sql));
   EXPECT_EQ(endless_form(sql), form);
 }

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <initializer_list>
 #include <limits>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,6 +60,8 @@ struct Minutes {
   std::string text;
   std::int32_t left;
 };
+
+void PrintTo(const Minutes& tested, std::ostream* out) { *out << tested.minutes; }
 
 class MinutoHora : public ::testing::TestWithParam<Minutes> {};
 

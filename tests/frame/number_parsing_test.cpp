@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <ostream>
 #include <string>
 
 #include "pelm/conversions.h"
@@ -17,6 +17,8 @@ struct Parsed {
   std::string text;
   double value;
 };
+
+void PrintTo(const Parsed& tested, std::ostream* out) { *out << '"' << tested.text << '"'; }
 
 class ParsePointNumber : public ::testing::TestWithParam<Parsed> {};
 
