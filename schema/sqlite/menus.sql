@@ -16,6 +16,9 @@ CREATE TABLE IF NOT EXISTS Pelm_Menu (
   rListadeObjetos INTEGER       CHECK (rListadeObjetos << 32 >> 32 = rListadeObjetos),
   Ordem           INTEGER       CHECK (Ordem << 32 >> 32 = Ordem)
 );
+-- So the first number given is 8.
+INSERT INTO sqlite_sequence (name, seq)
+SELECT 'Pelm_Menu', 7 WHERE NOT EXISTS (SELECT 1 FROM sqlite_sequence WHERE name = 'Pelm_Menu');
 -- A level is read in this order, and places are given by it.
 CREATE INDEX IF NOT EXISTS pelm_menu_ordem ON Pelm_Menu (rEscopo, Ordem, id);
 
