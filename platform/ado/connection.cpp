@@ -107,6 +107,10 @@ std::unique_ptr<Cursor> ConnectionImpl::execute(std::string_view sql,
   return cursor;
 }
 
+ColumnList ConnectionImpl::describe(std::string_view table, std::int32_t timeout) {
+  return session_with(timeout).describe(table);
+}
+
 void ConnectionImpl::call(std::string_view procedure, std::span<ProcedureArgument> arguments,
                           std::int32_t timeout) {
   ++changes_;
@@ -123,17 +127,17 @@ std::string ConnectionImpl::provider_name() const {
 }
 
 void ConnectionImpl::begin_transaction() {
-  lease_.session().begin(isolation_level);
+  session_with(command_timeout).begin(isolation_level);
   in_transaction_ = true;
 }
 
 void ConnectionImpl::commit() {
-  lease_.session().commit();
+  session_with(command_timeout).commit();
   in_transaction_ = false;
 }
 
 void ConnectionImpl::rollback() {
-  lease_.session().rollback();
+  session_with(command_timeout).rollback();
   in_transaction_ = false;
 }
 

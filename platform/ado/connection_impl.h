@@ -40,7 +40,7 @@ class ConnectionImpl {
                                   std::int32_t timeout);
   void call(std::string_view procedure, std::span<ProcedureArgument> arguments,
             std::int32_t timeout);
-  ColumnList describe(std::string_view table) { return lease_.session().describe(table); }
+  ColumnList describe(std::string_view table, std::int32_t timeout);
   const Session& session() const noexcept { return lease_.session(); }
   StatementTexts& texts() const noexcept { return lease_.texts(); }
   /// Grows with every statement that may have changed something.

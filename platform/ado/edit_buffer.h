@@ -20,7 +20,12 @@ class EditBuffer {
   bool pending() const noexcept { return mode_ != adEditNone; }
   bool adding() const noexcept { return mode_ == adEditAdd; }
 
-  void begin_add() noexcept { mode_ = adEditAdd; }
+  /// `columns`: how many may be assigned.
+  void begin_add(std::size_t columns) {
+    columns_.reserve(columns);
+    values_.reserve(columns);
+    mode_ = adEditAdd;
+  }
   void drop() noexcept {
     mode_ = adEditNone;
     columns_.clear();

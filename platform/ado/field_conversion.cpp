@@ -28,11 +28,11 @@ using Type = Variant::Type;
               in_language("(campo " + column.name + ")", "(field " + column.name + ")"));
 }
 
-std::string fitting_text(const Column& column, std::string text) {
+void check_fits(const Column& column, std::string_view text) {
   const auto limit = static_cast<std::size_t>(column.size);
-  if (limit == 0 || text.size() <= limit) return text;
+  if (limit == 0 || text.size() <= limit) return;
   const std::size_t length = text::length(text);
-  if (length <= limit) return text;
+  if (length <= limit) return;
   const std::string given = std::to_string(length);
   const std::string room = std::to_string(limit);
   raise_error(
@@ -52,7 +52,7 @@ Variant big_integer(const Column& column, const Variant& value) {
   return static_cast<std::int32_t>(rounded);
 }
 
-Variant convert(const Column& column, const Variant& value) {
+Variant convert(const Column& column, Variant& value) {
   switch (column.type) {
     case adSmallInt:
       return to_integer(value);
@@ -71,17 +71,19 @@ Variant convert(const Column& column, const Variant& value) {
     case adVarWChar:
     case adLongVarWChar:
     case adBinary:
-      return fitting_text(column, to_text(value));
+      if (!value.is_text()) value = to_text(value);
+      check_fits(column, value.text());
+      return std::move(value);
     case adVariant:
     case adEmpty:
-      return value.is_empty() ? Variant(Null{}) : value;
+      return value.is_empty() ? Variant(Null{}) : std::move(value);
   }
-  return value;
+  return std::move(value);
 }
 
 }  // namespace
 
-Variant converted_for(const Column& column, const Variant& value) {
+Variant converted_for(const Column& column, Variant value) {
   if (value.is_null()) return value;
   if (value.type() == Type::Array || value.type() == Type::Object) cannot_convert(column, value);
   try {

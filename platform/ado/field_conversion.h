@@ -12,6 +12,6 @@ namespace pelm::ado {
 /// a column that refuses it: the engine tells. Raises kCantConvertValue for a value that does not
 /// read as the type, kDataOverflow for a number out of range and for a text longer than the
 /// column, both naming the column.
-Variant converted_for(const Column& column, const Variant& value);
+Variant converted_for(const Column& column, Variant value);
 
 }  // namespace pelm::ado

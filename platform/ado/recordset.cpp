@@ -22,7 +22,7 @@ std::string_view Field::Name() const { return owner_->column(index_).name; }
 DataTypeEnum Field::Type() const { return owner_->column(index_).type; }
 std::int32_t Field::DefinedSize() const { return owner_->column(index_).size; }
 Variant Field::Value() const { return owner_->value(index_); }
-void Field::Value(const Variant& v) { owner_->assign(index_, v); }
+void Field::Value(Variant v) { owner_->assign(index_, std::move(v)); }
 Variant Field::OriginalValue() const { return owner_->original_value(index_); }
 
 Recordset::Recordset() : impl_(std::make_unique<RecordsetImpl>()) {}

@@ -88,8 +88,7 @@ std::int32_t RecordsetImpl::run_query(ConnectionImpl& link, const Statement& sta
     rows_.reset(columns->size());
     rows_.read(*cursor, row_limit());
     row_ = 0;
-    statement_ = statement.text;
-    is_table_ = false;
+    table_.clear();
     unread_ = false;
     columns_ = std::move(columns);
   }
@@ -97,17 +96,16 @@ std::int32_t RecordsetImpl::run_query(ConnectionImpl& link, const Statement& sta
 }
 
 void RecordsetImpl::open_table(ConnectionImpl& link, std::string_view table) {
-  ColumnList columns = link.describe(table);
+  ColumnList columns = link.describe(table, timeout_);
   rows_.reset(columns->size());
   row_ = 0;
-  statement_ = table;
-  is_table_ = true;
+  table_ = table;
   unread_ = true;
   columns_ = std::move(columns);
 }
 
 void RecordsetImpl::read_table() {
-  const auto cursor = link_->execute("select * from " + statement_, {}, timeout_);
+  const auto cursor = link_->execute("select * from " + table_, {}, timeout_);
   if (cursor->columns().size() != columns_->size()) {  // altered since it was opened
     columns_ = cursor->shared_columns();
     target_.reset();
@@ -188,7 +186,7 @@ std::int32_t RecordsetImpl::count() {
 }
 
 std::int32_t RecordsetImpl::count_in_database() {
-  const auto cursor = link_->execute("select count(*) from " + statement_, {}, timeout_);
+  const auto cursor = link_->execute("select count(*) from " + table_, {}, timeout_);
   if (!cursor->next()) return -1;
   const std::int32_t all = to_long(cursor->value(0));
   return max_records == 0 ? all : std::min(all, max_records);
@@ -288,14 +286,14 @@ Variant RecordsetImpl::original_value(std::size_t index) {
   return rows_.value(static_cast<std::size_t>(row_), index);
 }
 
-void RecordsetImpl::assign(std::size_t index, const Variant& value) {
+void RecordsetImpl::assign(std::size_t index, Variant value) {
   const Column& shown = column(index);
   check_writable(kFieldSource);
   if (!edit_.adding()) check_row(kFieldSource);
   if (!edit_.pending()) complete_added_row(std::nullopt);
   const Column* const stored = target().column(static_cast<ColumnIndex>(index));
   edit_.assign(static_cast<ColumnIndex>(index),
-               converted_for(stored != nullptr ? *stored : shown, value));
+               converted_for(stored != nullptr ? *stored : shown, std::move(value)));
 }
 
 EditModeEnum RecordsetImpl::edit_mode() {
@@ -308,7 +306,7 @@ void RecordsetImpl::add_new() {
   check_open(kRecordsetSource);
   check_writable(kRecordsetSource);
   store_pending();
-  edit_.begin_add();
+  edit_.begin_add(column_count());
 }
 
 void RecordsetImpl::store_pending() {
@@ -383,10 +381,10 @@ void RecordsetImpl::remove() {
 
 UpdateTarget& RecordsetImpl::target() {
   if (!target_) {
-    if (is_table_) {
-      target_.emplace(statement_, columns_);
+    if (!table_.empty()) {
+      target_.emplace(table_, columns_);
     } else {
-      target_.emplace(*link_, statement_, columns_);
+      target_.emplace(*link_, source, columns_, timeout_);
     }
   }
   return *target_;

@@ -61,7 +61,7 @@ class RecordsetImpl final : private Attached {
   const Column& column(std::size_t index) const;
   Variant value(std::size_t column);
   Variant original_value(std::size_t column);
-  void assign(std::size_t column, const Variant& value);
+  void assign(std::size_t column, Variant value);
 
   // Editing.
   EditModeEnum edit_mode();
@@ -115,8 +115,7 @@ class RecordsetImpl final : private Attached {
   ConnectionImpl* link_ = nullptr;  // null: closed
   std::int32_t timeout_ = 30;
   ColumnList columns_;
-  std::string statement_;  // a query's text or a table's name, as it was given
-  bool is_table_ = false;
+  std::string table_;  // of a table record set, as it was named; else empty
   bool unread_ = false;
   RowStore rows_;
   std::ptrdiff_t row_ = 0;  // -1 before the first; rows_.size() after the last

@@ -60,10 +60,10 @@ UpdateTarget::UpdateTarget(std::string table, ColumnList columns)
 }
 
 UpdateTarget::UpdateTarget(ConnectionImpl& connection, std::string_view sql,
-                           const ColumnList& result) {
+                           const ColumnList& result, std::int32_t timeout) {
   SelectSource source = select_source(sql);
   if (source.table.empty()) return;
-  columns_ = connection.describe(source.table);
+  columns_ = connection.describe(source.table, timeout);
   table_ = std::move(source.table);
   in_table_.reserve(result->size());
   in_result_.assign(columns_->size(), kNowhere);

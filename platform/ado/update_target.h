@@ -20,7 +20,8 @@ class UpdateTarget {
   /// `columns` are those of the table and those of the record set.
   UpdateTarget(std::string table, ColumnList columns);
   /// Of a statement, whose text says the table; `result` are the columns it returned.
-  UpdateTarget(ConnectionImpl& connection, std::string_view sql, const ColumnList& result);
+  UpdateTarget(ConnectionImpl& connection, std::string_view sql, const ColumnList& result,
+               std::int32_t timeout);
 
   /// The table's own description of a column of the record set; null for a computed one.
   const Column* column(ColumnIndex index) const noexcept;

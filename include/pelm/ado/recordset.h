@@ -17,6 +17,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "pelm/ado/constants.h"
 #include "pelm/object.h"
@@ -40,12 +41,12 @@ class Field {
   Variant Value() const;
   /// Converts to the column's type at once: -2147217913 when it cannot, -2147217833 when too
   /// large. Raises 3021 without a current row, 3251 in a read-only record set.
-  void Value(const Variant& v);
+  void Value(Variant v);
   /// As last read from the database.
   Variant OriginalValue() const;
 
-  Field& operator=(const Variant& v) {
-    Value(v);
+  Field& operator=(Variant v) {
+    Value(std::move(v));
     return *this;
   }
   Field(const Field&) = default;
