@@ -73,9 +73,11 @@ CREATE INDEX IF NOT EXISTS classificacao_rcategoria ON classificacao (RCATEGORIA
 
 -- Numbers handed out by sequences, one row a number. The key keeps apart two callers that race
 -- for a number. OID is no key: the last OID of a range is handed out twice, and the component takes
--- a refused row for a number that is taken, so with a key on OID it would try numbers for ever.
+-- a refused row for a number that is taken, so with a key on OID it would try numbers for ever. It
+-- is kept from being null by its check: PRAGMA integrity_check of some versions of the engine takes
+-- a column declared NOT NULL for null in a table like this one.
 CREATE TABLE IF NOT EXISTS chaveunica (
-  OID       INTEGER      NOT NULL CHECK (OID << 32 >> 32 = OID),
+  OID       INTEGER      CHECK (OID IS NOT NULL AND OID << 32 >> 32 = OID),
   DESCRICAO VARCHAR(100) COLLATE NOCASE NOT NULL PRIMARY KEY CHECK (length(DESCRICAO) <= 100)
 ) WITHOUT ROWID;
 

@@ -1,6 +1,7 @@
 // An open database file: the engine's connection, its settings and its time limit.
 #include "platform/ado/sqlite/database.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -32,6 +33,11 @@ const char* synchronous_pragma(Synchronous s) {
   return "PRAGMA synchronous=FULL";
 }
 
+// With the rights of the process as they are now.
+bool may(const fs::path& path, int what) {
+  return faccessat(AT_FDCWD, path.c_str(), what, AT_EACCESS) == 0;
+}
+
 // Why the file at `path` cannot be opened, as far as the file system tells.
 std::string why_not_opened(const fs::path& path, bool read_only) {
   std::error_code error;
@@ -39,13 +45,13 @@ std::string why_not_opened(const fs::path& path, bool read_only) {
   if (fs::is_directory(path, error)) return "it is a folder";
   if (!fs::exists(folder, error)) return "the folder does not exist";
   if (!fs::exists(path, error)) {
-    return access(folder.c_str(), W_OK) == 0 ? "the file does not exist" : "folder is not writable";
+    return may(folder, W_OK) ? "the file does not exist" : "folder is not writable";
   }
-  if (access(path.c_str(), R_OK) != 0) return "the file may not be read by this user";
-  if (access(folder.c_str(), W_OK) != 0) {
+  if (!may(path, R_OK)) return "the file may not be read by this user";
+  if (!may(folder, W_OK)) {
     return "folder is not writable: the engine keeps its log beside the file";
   }
-  if (!read_only && access(path.c_str(), W_OK) != 0) return "the file is not writable";
+  if (!read_only && !may(path, W_OK)) return "the file is not writable";
   return {};
 }
 
@@ -145,7 +151,7 @@ std::string Database::reason(int code) const {
       return in_file(why_not_opened(file_, options_.read_only));
     case SQLITE_READONLY:
       return in_file(options_.read_only ? "it was opened for reading only"
-                                        : "the file or its folder is not writable");
+                                        : why_not_opened(file_, options_.read_only));
     case SQLITE_CORRUPT:
       return in_file("restore it from a copy");
     case SQLITE_NOTADB:

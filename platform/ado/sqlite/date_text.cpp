@@ -221,8 +221,19 @@ const char* half_of(const CivilTime& t) { return t.hour < 12 ? "AM" : "PM"; }
 }  // namespace
 
 std::string stored_date(const CivilTime& t) {
-  return printed("%04d-%02d-%02d %02d:%02d:%02d", t.year, t.month, t.day, t.hour, t.minute,
-                 t.second);
+  std::string out = "0000-00-00 00:00:00";
+  const auto put = [&](std::size_t at, int two_digits) {
+    out[at] = static_cast<char>('0' + two_digits / 10);
+    out[at + 1] = static_cast<char>('0' + two_digits % 10);
+  };
+  put(0, t.year / 100);
+  put(2, t.year % 100);
+  put(5, t.month);
+  put(8, t.day);
+  put(11, t.hour);
+  put(14, t.minute);
+  put(17, t.second);
+  return out;
 }
 
 std::string stored_date(Date d) { return stored_date(d.civil()); }

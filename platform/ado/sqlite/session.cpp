@@ -41,6 +41,20 @@ Action action_of(std::span<const Token> statement) {
   return found == kVerbs.end() ? Action::Run : found->action;
 }
 
+// Definitions name no values whose types would matter; each of them would make the catalogue be
+// read again for the next.
+bool needs_catalog(std::span<const Token> statement) {
+  const Token& first = statement.front();
+  const bool view = std::any_of(statement.begin(), statement.end(),
+                                [](const Token& t) { return t.is_word("VIEW"); });
+  return view || !(first.is_word("CREATE") || first.is_word("DROP") || first.is_word("ALTER"));
+}
+
+class NoNames : public SchemaNames {
+ public:
+  const std::vector<NamedColumn>* find(std::string_view) const override { return nullptr; }
+};
+
 bool begins_with(const std::string& sql, std::string_view word) {
   return sql.size() >= word.size() &&
          equal_names(std::string_view(sql).substr(0, word.size()), word);
@@ -154,8 +168,14 @@ std::unique_ptr<Cursor> SqliteSession::run_one(std::string_view sql,
 }
 
 std::shared_ptr<Plan> SqliteSession::plan_for(std::string_view sql) {
+  // A text without literals is its own shape, and need not be read.
+  std::shared_ptr<Plan> plan = cache_.find(sql);
+  if (plan != nullptr) {
+    shape_.clear();
+    return plan;
+  }
   shape_.read(sql);
-  std::shared_ptr<Plan> plan = cache_.find(shape_.text());
+  plan = cache_.find(shape_.text());
   if (plan != nullptr) return plan;
   plan = make_plan();
   cache_.insert(shape_.text(), plan);
@@ -173,8 +193,12 @@ std::shared_ptr<Plan> SqliteSession::make_plan() {
   }
   plan->action = action_of(statements.front());
   if (plan->action != Action::Run) return plan;
-  catalog_.refresh();
-  plan->translation = translate(statements.front(), catalog_);
+  if (needs_catalog(statements.front())) {
+    catalog_.refresh();
+    plan->translation = translate(statements.front(), catalog_);
+  } else {
+    plan->translation = translate(statements.front(), NoNames());
+  }
   const std::string& run = plan->translation.sql;
   plan->changes_rows = changes_rows(run);
   plan->changes_schema = changes_schema(run);
@@ -236,12 +260,12 @@ void SqliteSession::bind(const StatementLease& lease, std::span<const Variant> v
           refuse("the statement has more \"?\" than the " + std::to_string(values.size()) +
                  " values it was given");
         }
-        code = bind_value(lease.get(), position, values[slot.index]);
+        code = bind_value(lease.get(), position, values[slot.index], text_stays);
         break;
       case Slot::Source::Variable: {
         const Variant* const value = find_variable(variables, slot.name);
         if (value == nullptr) refuse("Must declare the variable '" + slot.name + "'.");
-        code = bind_value(lease.get(), position, *value);
+        code = bind_value(lease.get(), position, *value, text_stays);
         break;
       }
     }

@@ -18,21 +18,22 @@ struct Keyword {
   std::string_view name;
   Effect effect;
 };
+// Shorter ones first.
 constexpr std::array kKeywords = {
-    Keyword{"WHERE", Effect::Bind},     Keyword{"SET", Effect::Bind},
-    Keyword{"VALUES", Effect::Bind},    Keyword{"ON", Effect::Bind},
-    Keyword{"SELECT", Effect::Keep},    Keyword{"FROM", Effect::Keep},
-    Keyword{"GROUP", Effect::Keep},     Keyword{"ORDER", Effect::Keep},
-    Keyword{"BY", Effect::Keep},        Keyword{"HAVING", Effect::Keep},
-    Keyword{"UNION", Effect::Keep},     Keyword{"EXCEPT", Effect::Keep},
-    Keyword{"INTERSECT", Effect::Keep}, Keyword{"LIMIT", Effect::Keep},
-    Keyword{"OFFSET", Effect::Keep},    Keyword{"RETURNING", Effect::Keep},
-    Keyword{"JOIN", Effect::Keep},      Keyword{"INTO", Effect::Keep},
-    Keyword{"LIKE", Effect::Pattern},   Keyword{"GLOB", Effect::Pattern},
-    Keyword{"ESCAPE", Effect::Pattern}, Keyword{"COLLATE", Effect::Pattern},
-    Keyword{"AND", Effect::EndPattern}, Keyword{"OR", Effect::EndPattern},
-    Keyword{"AS", Effect::TypeFollows}, Keyword{"CONVERT", Effect::Convert},
-    Keyword{"CAST", Effect::Cast},
+    Keyword{"AS", Effect::TypeFollows},  Keyword{"BY", Effect::Keep},
+    Keyword{"ON", Effect::Bind},         Keyword{"OR", Effect::EndPattern},
+    Keyword{"AND", Effect::EndPattern},  Keyword{"SET", Effect::Bind},
+    Keyword{"CAST", Effect::Cast},       Keyword{"FROM", Effect::Keep},
+    Keyword{"GLOB", Effect::Pattern},    Keyword{"INTO", Effect::Keep},
+    Keyword{"JOIN", Effect::Keep},       Keyword{"LIKE", Effect::Pattern},
+    Keyword{"GROUP", Effect::Keep},      Keyword{"LIMIT", Effect::Keep},
+    Keyword{"ORDER", Effect::Keep},      Keyword{"UNION", Effect::Keep},
+    Keyword{"WHERE", Effect::Bind},      Keyword{"ESCAPE", Effect::Pattern},
+    Keyword{"EXCEPT", Effect::Keep},     Keyword{"HAVING", Effect::Keep},
+    Keyword{"OFFSET", Effect::Keep},     Keyword{"SELECT", Effect::Keep},
+    Keyword{"VALUES", Effect::Bind},     Keyword{"COLLATE", Effect::Pattern},
+    Keyword{"CONVERT", Effect::Convert}, Keyword{"INTERSECT", Effect::Keep},
+    Keyword{"RETURNING", Effect::Keep},
 };
 
 char mark_of(Literal::Kind kind) {
@@ -47,13 +48,26 @@ char mark_of(Literal::Kind kind) {
   return kBoundDateMark;
 }
 
+// The first keyword of each length and the one behind the last; the table is sorted by length.
+constexpr std::size_t kLongestKeyword = 9;
+constexpr std::array<std::size_t, kLongestKeyword + 2> make_starts() {
+  std::array<std::size_t, kLongestKeyword + 2> starts{};
+  for (std::size_t length = 0; length < starts.size(); ++length) {
+    std::size_t i = 0;
+    while (i < kKeywords.size() && kKeywords[i].name.size() < length) ++i;
+    starts[length] = i;
+  }
+  return starts;
+}
+constexpr auto kStarts = make_starts();
+
 Effect effect_of(std::string_view word) {
-  if (word.size() < 2 || word.size() > 9) return Effect::None;
-  const auto found = std::find_if(kKeywords.begin(), kKeywords.end(), [&](const Keyword& k) {
-    return k.name.size() == word.size() && (k.name[0] | 0x20) == (word[0] | 0x20) &&
-           equal_names(k.name, word);
-  });
-  return found == kKeywords.end() ? Effect::None : found->effect;
+  if (word.size() > kLongestKeyword) return Effect::None;
+  for (std::size_t i = kStarts[word.size()]; i < kStarts[word.size() + 1]; ++i) {
+    const Keyword& k = kKeywords[i];
+    if (k.name[0] == (word[0] & ~0x20) && equal_names(k.name, word)) return k.effect;
+  }
+  return Effect::None;
 }
 
 // Statements whose values may be parameters; all others keep their text as it is.

@@ -36,6 +36,11 @@ class Shape {
   /// Raises kErrorsInCommand for a character that no statement can hold.
   void read(std::string_view sql);
 
+  void clear() {
+    text_.clear();
+    literals_.clear();
+  }
+
   /// The statement with a mark of tokenizer.h for each literal.
   const std::string& text() const { return text_; }
   std::span<const Literal> literals() const { return literals_; }

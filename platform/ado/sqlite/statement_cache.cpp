@@ -22,10 +22,10 @@ StatementLease::~StatementLease() {
   }
 }
 
-std::shared_ptr<Plan> StatementCache::find(const std::string& shape) {
+std::shared_ptr<Plan> StatementCache::find(std::string_view shape) {
   const auto found = by_shape_.find(shape);
   if (found == by_shape_.end()) return nullptr;
-  entries_.splice(entries_.begin(), entries_, found->second);
+  if (found->second != entries_.begin()) entries_.splice(entries_.begin(), entries_, found->second);
   return found->second->plan;
 }
 

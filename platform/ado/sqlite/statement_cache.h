@@ -71,7 +71,7 @@ class StatementCache {
   static constexpr std::size_t kMaxIdleOfShape = 4;
 
   /// Null when the shape is not known.
-  std::shared_ptr<Plan> find(const std::string& shape);
+  std::shared_ptr<Plan> find(std::string_view shape);
   void insert(const std::string& shape, std::shared_ptr<Plan> plan);
   void erase(const Plan* plan);
   void clear();

@@ -51,8 +51,8 @@ class Current {
     if (t.is_word("SELECT")) return !takes_select();
     if (t.is_word("SET")) return !takes_set();
     if (t.is_word("UPDATE") || t.is_word("DELETE") || t.is_word("INSERT")) {
-      if (previous_.is_word("ON") || previous_.is_word("DO") || previous_.is_word("FOR"))
-        return false;
+      const bool of_clause = kind_ != "SET" && previous_.is_word("ON");  // ON DELETE CASCADE
+      if (of_clause || previous_.is_word("DO") || previous_.is_word("FOR")) return false;
       if (awaits_main_verb_) {
         awaits_main_verb_ = t.is_word("INSERT");
         return false;

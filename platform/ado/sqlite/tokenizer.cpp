@@ -7,14 +7,56 @@
 namespace pelm::ado::sqlite {
 namespace {
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_letter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+enum CharacterClass : unsigned char {
+  kBlank = 1,
+  kDigit = 2,
+  kLetter = 4,
+  kWordStart = 8,
+  kWordPart = 16,
+};
+
+// Statements of pages are read character by character each time they run.
+constexpr std::array<unsigned char, 256> make_classes() {
+  std::array<unsigned char, 256> classes{};
+  for (unsigned c = 0; c < classes.size(); ++c) {
+    const bool digit = c >= '0' && c <= '9';
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c >= 0x80;
+    const bool start = letter || c == '_' || c == '#';
+    unsigned is = 0;
+    if (c == ' ' || (c >= '\t' && c <= '\r')) is |= kBlank;
+    if (digit) is |= kDigit;
+    if (letter) is |= kLetter;
+    if (start) is |= kWordStart;
+    if (start || digit || c == '$' || c == '@') is |= kWordPart;
+    classes[c] = static_cast<unsigned char>(is);
+  }
+  return classes;
 }
-bool starts_word(char c) { return is_letter(c) || c == '_' || c == '#'; }
-bool continues_word(char c) { return starts_word(c) || is_digit(c) || c == '$' || c == '@'; }
-bool is_blank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr std::array<unsigned char, 256> kClasses = make_classes();
+
+bool is(char c, CharacterClass of) { return (kClasses[static_cast<unsigned char>(c)] & of) != 0; }
+bool is_digit(char c) { return is(c, kDigit); }
+bool is_letter(char c) { return is(c, kLetter); }
+bool starts_word(char c) { return is(c, kWordStart); }
+bool continues_word(char c) { return is(c, kWordPart); }
+bool is_blank(char c) { return is(c, kBlank); }
 char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+// Behind the comment that begins at `at`; `at` itself when it never ends.
+std::size_t behind_comment(std::string_view sql, std::size_t at) {
+  std::size_t depth = 1;
+  for (std::size_t i = at + 2; i < sql.size(); ++i) {
+    const std::string_view two = sql.substr(i, 2);
+    if (two == "/*") {
+      ++depth;
+      ++i;
+    } else if (two == "*/") {
+      ++i;
+      if (--depth == 0) return i + 1;
+    }
+  }
+  return at;
+}
 
 std::string undoubled(std::string_view s, char quote) {
   std::string out;
@@ -36,6 +78,7 @@ std::string doubled(std::string_view s, char quote) {
   return out;
 }
 
+constexpr std::string_view kPairStarts = "<>!|*=";
 constexpr std::array<std::string_view, 11> kPairs = {"<>", "!=", "<=", ">=", "!<", "!>",
                                                      "||", "*=", "=*", "<<", ">>"};
 
@@ -48,24 +91,19 @@ bool Token::is_word(std::string_view upper) const {
 bool Tokenizer::skip_blanks() {
   const std::size_t from = at_;
   while (at_ < sql_.size()) {
-    if (is_blank(sql_[at_])) {
+    const char c = sql_[at_];
+    if (is_blank(c)) {
       ++at_;
-    } else if (sql_.substr(at_, 2) == "--") {
-      at_ = std::min(sql_.find('\n', at_), sql_.size());
-    } else if (sql_.substr(at_, 2) == "/*") {
-      std::size_t depth = 1, i = at_ + 2;
-      for (; i < sql_.size() && depth > 0; ++i) {
-        const std::string_view two = sql_.substr(i, 2);
-        if (two == "/*")
-          ++depth, ++i;
-        else if (two == "*/")
-          --depth, ++i;
-      }
-      if (depth > 0) break;
-      at_ = i;
-    } else {
-      break;
+      continue;
     }
+    if (c == '-' && sql_.substr(at_, 2) == "--") {
+      at_ = std::min(sql_.find('\n', at_), sql_.size());
+      continue;
+    }
+    if (c != '/' || sql_.substr(at_, 2) != "/*") break;
+    const std::size_t behind = behind_comment(sql_, at_);
+    if (behind == at_) break;
+    at_ = behind;
   }
   return at_ > from;
 }
@@ -93,17 +131,24 @@ Token Tokenizer::number() {
   };
   if (sql_[i] == '0' && i + 1 < sql_.size() && capital(sql_[i + 1]) == 'X') {
     i += 2;
-    while (i < sql_.size() &&
-           (is_digit(sql_[i]) || (capital(sql_[i]) >= 'A' && capital(sql_[i]) <= 'F')))
-      ++i;
+    const auto is_hexadecimal = [](char c) {
+      return is_digit(c) || (capital(c) >= 'A' && capital(c) <= 'F');
+    };
+    while (i < sql_.size() && is_hexadecimal(sql_[i])) ++i;
     return take(TokenKind::Number, i);
   }
   digits();
-  if (i < sql_.size() && sql_[i] == '.') ++i, digits();
+  if (i < sql_.size() && sql_[i] == '.') {
+    ++i;
+    digits();
+  }
   if (i < sql_.size() && capital(sql_[i]) == 'E') {
     std::size_t exponent = i + 1;
     if (exponent < sql_.size() && (sql_[exponent] == '+' || sql_[exponent] == '-')) ++exponent;
-    if (exponent < sql_.size() && is_digit(sql_[exponent])) i = exponent, digits();
+    if (exponent < sql_.size() && is_digit(sql_[exponent])) {
+      i = exponent;
+      digits();
+    }
   }
   return take(TokenKind::Number, i);
 }
@@ -130,6 +175,8 @@ Token Tokenizer::escape() {
 }
 
 Token Tokenizer::symbol() {
+  if (kPairStarts.find(sql_[at_]) == std::string_view::npos)
+    return take(TokenKind::Symbol, at_ + 1);
   const std::string_view two = sql_.substr(at_, 2);
   const bool pair = std::find(kPairs.begin(), kPairs.end(), two) != kPairs.end();
   return take(TokenKind::Symbol, at_ + (pair ? 2 : 1));

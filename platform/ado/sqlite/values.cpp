@@ -116,7 +116,7 @@ Column column_of_declaration(std::string_view declaration) {
   return column;
 }
 
-int bind_value(sqlite3_stmt* statement, int position, const Variant& value) {
+int bind_value(sqlite3_stmt* statement, int position, const Variant& value, bool text_stays) {
   switch (value.type()) {
     case Variant::Type::Empty:
     case Variant::Type::Null:
@@ -132,7 +132,7 @@ int bind_value(sqlite3_stmt* statement, int position, const Variant& value) {
     case Variant::Type::Date:
       return bind_text(statement, position, stored_date(value.date()), false);
     case Variant::Type::Text:
-      return bind_text(statement, position, value.text(), false);
+      return bind_text(statement, position, value.text(), text_stays);
     case Variant::Type::Array:
     case Variant::Type::Object:
       break;

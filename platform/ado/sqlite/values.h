@@ -18,13 +18,14 @@ Column column_of_declaration(std::string_view declaration);
 
 /// Binds to ?`position` (from 1). Returns the engine's code. Raises kCantConvertValue for arrays
 /// and objects. Dates are bound in their stored form, Booleans as 1 and 0, empty as null.
-int bind_value(sqlite3_stmt* statement, int position, const Variant& value);
+/// `text_stays` promises that the value lives until the statement is reset.
+int bind_value(sqlite3_stmt* statement, int position, const Variant& value, bool text_stays);
 
 /// What a literal's text is taken for.
 enum class LiteralReading { AsItIs, Date, Number };
 
-/// The same for a literal of the statement's text. `text_stays` promises that the text lives until
-/// the statement is reset. Raises kCantConvertValue for a text that does not read as it should.
+/// The same for a literal of the statement's text. Raises kCantConvertValue for a text that does
+/// not read as it should.
 int bind_literal(sqlite3_stmt* statement, int position, const Literal& literal,
                  LiteralReading reading, DateOrder order, bool text_stays);
 

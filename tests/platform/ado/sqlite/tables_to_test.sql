@@ -25,6 +25,6 @@ INSERT INTO contacontabil (OID, HIERARQUIANUMERO) VALUES (100, '1.01.002');
 INSERT INTO contaassociada (OID, RCONTACONTABIL, RPLANODECONTAS, RITEM, RFONTEDOVALOR, RCATEGORIA) VALUES (110, 100, 3, 8, 7, 12493), (111, 100, 3, 8, 7, 7);
 INSERT INTO sessaodeuso (OID, SITUACAO) VALUES (120, 1);
 INSERT INTO sessaoaplicativo (OID, RSESSAODEUSO, RAPLICATIVO, ESTACAO) VALUES (130, 120, 5, 'PC01');
-INSERT INTO Pelm_Menu (Nome, Link, rEscopo, rListadeObjetos, Ordem) VALUES ('Clientes', NULL, 7, NULL, 1), ('Relatórios', 'r.asp', 7, 8, 2), ('Lista', 'l.asp', 1, NULL, 1);
+INSERT INTO Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) VALUES (21, 'Clientes', NULL, 7, NULL, 1), (22, 'Relatórios', 'r.asp', 7, 8, 2), (23, 'Lista', 'l.asp', 21, NULL, 1);
 INSERT INTO permissao (OID, RUSUARIO, RESCOPO, ACESSO) VALUES (140, 8, 8, 0);
 INSERT INTO listadeobjetos (OID, RDOMINIO) VALUES (10, 8);
