@@ -2,6 +2,7 @@
 #include "host/page_answer.h"
 
 #include <algorithm>
+#include <chrono>
 #include <ctime>
 
 #include "host/static_files.h"
@@ -12,6 +13,8 @@ namespace {
 
 /// Bytes that a page may be ahead of its client.
 constexpr std::size_t kMostOnTheWay = std::size_t{1} << 20U;
+
+constexpr std::chrono::milliseconds kMeanwhile{250};
 
 std::time_t utc_of(Date local) {
   const CivilTime civil = local.civil();
@@ -55,19 +58,17 @@ ResponseHead head_of(const page::Response& response) {
   return head;
 }
 
-bool PageAnswer::send(const page::Response& response, std::string_view piece) {
+void PageAnswer::send(const page::Response& response, std::string_view piece) {
   std::unique_lock lock(mutex_);
   flushed_ = true;
   if (!head_) head_ = head_of(response);
   changed_.notify_all();
   changed_.wait(lock, [this] { return abandoned_ || on_the_way_ < kMostOnTheWay; });
-  if (abandoned_) return false;
-  if (!piece.empty()) {
+  if (!abandoned_ && !piece.empty()) {
     pieces_.emplace_back(piece);
     on_the_way_ += piece.size();
   }
   changed_.notify_all();
-  return true;
 }
 
 void PageAnswer::finish(ResponseHead head, std::string body) {
@@ -78,9 +79,13 @@ void PageAnswer::finish(ResponseHead head, std::string body) {
   changed_.notify_all();
 }
 
-PageAnswer::Kind PageAnswer::wait() {
+PageAnswer::Kind PageAnswer::wait(const std::function<void()>& meanwhile) {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return head_.has_value(); });
+  while (!changed_.wait_for(lock, kMeanwhile, [this] { return head_.has_value(); })) {
+    lock.unlock();
+    meanwhile();
+    lock.lock();
+  }
   return flushed_ ? Kind::Pieces : Kind::Whole;
 }
 

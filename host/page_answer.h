@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
-#include <memory>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -32,15 +32,15 @@ std::string cookie_header(const page::ResponseCookie& cookie);
 
 class PageAnswer {
  public:
-  /// The page's side. A piece waits while too much is on its way. False when nobody takes it any
-  /// more.
-  bool send(const page::Response& response, std::string_view piece);
+  /// The page's side. A piece waits while too much is on its way; one that nobody takes any more
+  /// is dropped.
+  void send(const page::Response& response, std::string_view piece);
   /// The last call of the page's side. `head` counts only when nothing was sent before.
   void finish(ResponseHead head, std::string body);
 
-  /// The connection's side. Returns when there is a head.
+  /// The connection's side. Returns when there is a head; calls `meanwhile` now and then.
   enum class Kind { Whole, Pieces };
-  Kind wait();
+  Kind wait(const std::function<void()>& meanwhile);
   /// Good after `wait`.
   const ResponseHead& head() const { return *head_; }
   /// Waits; nothing at the end. A whole answer is one piece.

@@ -191,26 +191,29 @@ class Reader {
 
   void add_html(Open& file, std::string_view html) {
     if (html.empty()) return;
-    add_line(file, std::string(kWriteHtml) + "(" + std::to_string(page_.html.size()) + ");");
+    add_line(file, std::string(kWriteHtml) + "(" + std::to_string(page_.html.size()) + ");", 0);
     page_.html.emplace_back(html);
     file.line += count_lines(html);
   }
 
   void add_script(Open& file, std::string_view inside) {
+    const int lines = count_lines(inside);
     if (inside.starts_with('@')) {
       // A directive: only the language was ever set there, and pages have one language.
     } else if (inside.starts_with('=')) {
       // The line end before ")" lets an expression close with a comment.
-      add_line(file, std::string(kWriteValue) + "(" + std::string(inside.substr(1)) + "\n);");
+      add_line(file, std::string(kWriteValue) + "(" + std::string(inside.substr(1)) + "\n);",
+               lines);
     } else {
-      add_line(file, inside);
+      add_line(file, inside, lines);
     }
-    file.line += count_lines(inside);
+    file.line += lines;
   }
 
+  /// `lines`: line ends within it that the file has too.
   /// Every piece begins a line of its own, so a script may leave out its last semicolon.
-  void add_line(const Open& file, std::string_view code) {
-    page_.segments.push_back({script_line_, file.index, file.line});
+  void add_line(const Open& file, std::string_view code, int lines) {
+    page_.segments.push_back({script_line_, file.index, file.line, file.line + lines});
     page_.script.append(code).append("\n");
     script_line_ += count_lines(code) + count_invisible_lines(code) + 1;
   }
@@ -243,7 +246,8 @@ SourcePlace PageSource::place_of(int script_line) const {
                        [](int line, const Segment& segment) { return line < segment.script_line; });
   if (after == segments.begin()) return {files.empty() ? std::string() : files.front(), 1};
   const Segment& segment = *std::prev(after);
-  return {files[segment.file], segment.file_line + (script_line - segment.script_line)};
+  const int line = segment.file_line + (script_line - segment.script_line);
+  return {files[segment.file], std::min(line, segment.last_file_line)};
 }
 
 PageSource read_page(const PageFiles& files, const std::string& page_path) {

@@ -53,6 +53,7 @@ struct PageSource {
     int script_line;  ///< first line of the script that it covers
     std::size_t file;
     int file_line;
+    int last_file_line;  ///< an engine may find an error just behind the end
   };
   std::vector<Segment> segments;  ///< by script line
 };

@@ -2,14 +2,20 @@
 #include "platform/page/response.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "pelm/error.h"
+#include "platform/value/text.h"
 
 namespace pelm::page {
 namespace {
 
 constexpr std::string_view kSource = "Response";
+
+/// They tell where an answer ends, which the page does not know.
+constexpr std::array<std::string_view, 5> kServerHeaders = {"Content-Length", "Transfer-Encoding",
+                                                            "Connection", "Keep-Alive", "Trailer"};
 
 [[noreturn]] void refuse(std::string_view detail) {
   raise_error(error_number::kInvalidCall, kSource, detail);
@@ -65,8 +71,8 @@ void Response::Status(std::string_view status) {
   refuse_after_headers();
   check_value("Status", status);
   const int number = leading_number(status);
-  if (number < 100 || number > 599) {
-    refuse("Status \"" + std::string(status) + "\": esperado um número de 100 a 599.");
+  if (number < 200 || number > 599) {
+    refuse("Status \"" + std::string(status) + "\": esperado um número de 200 a 599.");
   }
   status_ = status;
 }
@@ -87,6 +93,17 @@ void Response::AddHeader(std::string_view name, std::string_view value) {
   refuse_after_headers();
   if (!is_token(name)) refuse("Nome de cabeçalho inválido: \"" + std::string(name) + "\".");
   check_value(name, value);
+  const auto is_name = [name](std::string_view other) {
+    return text::equal_case_blind(name, other);
+  };
+  if (std::any_of(kServerHeaders.begin(), kServerHeaders.end(), is_name)) {
+    refuse("O cabeçalho \"" + std::string(name) + "\" é do servidor.");
+  }
+  if (is_name("Content-Type")) {
+    content_type_ = value;
+    charset_.clear();
+    return;
+  }
   headers_.emplace_back(name, value);
 }
 

@@ -1,6 +1,7 @@
 /// What a page answers. Buffered unless told otherwise; the host decides where the bytes go.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <limits>
@@ -41,14 +42,16 @@ class Response : public Object {
   /// Raises out of memory (7) when the buffer would pass its limit.
   void Write(std::string_view text);
   /// "200 OK". Raises invalid call (5) after the headers are sent, as do all below, and when the
-  /// text does not begin with a number from 100 to 599.
+  /// text does not begin with a number from 200 to 599.
   const std::string& Status() const { return status_; }
   void Status(std::string_view status);
   const std::string& ContentType() const { return content_type_; }  ///< default "text/html"
   void ContentType(std::string_view type);
   const std::string& Charset() const { return charset_; }  ///< default "utf-8"
   void Charset(std::string_view charset);
-  /// Raises invalid call (5) for a name or value that would break the header.
+  /// "Content-Type" takes the place of `ContentType` and `Charset`. Raises invalid call (5) for a
+  /// name or value that would break the header, and for a header that belongs to the server, such
+  /// as "Content-Length".
   void AddHeader(std::string_view name, std::string_view value);
   /// Replaces an earlier cookie of the same name, path and domain. Any value is good: the host
   /// encodes it.
@@ -88,7 +91,7 @@ class Response : public Object {
   std::size_t buffer_limit_ = std::numeric_limits<std::size_t>::max();
   bool buffered_ = true;
   bool headers_sent_ = false;
-  bool connected_ = true;
+  std::atomic<bool> connected_ = true;  ///< the client's thread tells, the page's asks
 };
 
 }  // namespace pelm::page

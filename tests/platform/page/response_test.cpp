@@ -79,14 +79,15 @@ TEST(Response, RefusesChangesOfTheHeadAfterItIsSent) {
   for (const auto& change : changes) EXPECT_EQ(error_of(change), error_number::kInvalidCall);
 }
 
-TEST(Response, StatusMustBeginWithANumberFrom100To599) {
+TEST(Response, StatusMustBeginWithANumberFrom200To599) {
   Response response;
-  for (const auto* good : {"100", "200 OK", "404 Não encontrado", "599 x"}) {
+  for (const auto* good : {"200", "200 OK", "404 Não encontrado", "599 x"}) {
     response.Status(good);
     EXPECT_EQ(response.Status(), good);
   }
   EXPECT_EQ(response.status_code(), 599);
-  for (const auto* bad : {"", "OK", "99", "600 x", "200OK", " 200", "-200", "200 a\r\nX: y"}) {
+  for (const auto* bad :
+       {"", "OK", "100 Continue", "600 x", "200OK", " 200", "-200", "200 a\r\nX: y"}) {
     EXPECT_EQ(error_of([&] { response.Status(bad); }), error_number::kInvalidCall) << bad;
   }
   EXPECT_EQ(response.Status(), "599 x");
@@ -114,6 +115,21 @@ TEST(Response, RefusesWhatWouldBreakAHeader) {
   }
   EXPECT_TRUE(response.headers().empty());
   EXPECT_TRUE(response.cookies().empty());
+}
+
+TEST(Response, HeadersThatTellWhereTheAnswerEndsBelongToTheServer) {
+  Response response;
+  for (const auto* name : {"Content-Length", "TRANSFER-ENCODING", "connection", "Keep-Alive"}) {
+    EXPECT_EQ(error_of([&] { response.AddHeader(name, "1"); }), error_number::kInvalidCall) << name;
+  }
+  EXPECT_TRUE(response.headers().empty());
+}
+
+TEST(Response, AContentTypeHeaderReplacesTypeAndCharset) {
+  Response response;
+  response.AddHeader("content-type", "text/csv; charset=iso-8859-1");
+  EXPECT_EQ(response.content_type_header(), "text/csv; charset=iso-8859-1");
+  EXPECT_TRUE(response.headers().empty());
 }
 
 TEST(Response, TheLastCookieOfANameHolds) {
