@@ -21,9 +21,11 @@ constexpr const char* kAbout =
 void translate() {
   std::string sql{std::istreambuf_iterator<char>(std::cin), {}};
   if (const auto form = data::endless_form(sql)) {
-    throw UserError("translate: refused, because the translation of this text would never end: it "
-                    "stays at \"" + std::string(*form) + "\" for ever. Write that form differently.",
-                    kRefused);
+    throw UserError(
+        "translate: refused, because the translation of this text would never end: it "
+        "stays at \"" +
+            std::string(*form) + "\" for ever. Write that form differently.",
+        kRefused);
   }
   try {
     data::translate_sql(sql, "Oracle");
@@ -38,7 +40,7 @@ void translate() {
 
 void add_translate(CLI::App& program, int& status) {
   CLI::App* command = program.add_subcommand("translate", "Rewrite SQL Server SQL as Oracle SQL");
-  command->description(kAbout);
+  command->footer(kAbout);
   command->callback([&status] {
     translate();
     status = kDone;
