@@ -93,16 +93,16 @@ std::pair<std::string, int> name_of(const sockaddr_storage& address, socklen_t l
 }
 
 std::string why_not_bound(const std::string& address, int port, int error) {
-  const std::string place = "A porta " + std::to_string(port) + " de " + address;
+  const std::string place = "port " + std::to_string(port) + " of " + address;
   switch (error) {
     case EADDRINUSE:
-      return place + " já está em uso por outro programa.";
+      return place + " is already in use by another program";
     case EACCES:
-      return place + " não pode ser usada por este usuário.";
+      return place + " may not be used by this user";
     case EADDRNOTAVAIL:
-      return "O endereço " + address + " não é desta máquina.";
+      return address + " is no address of this machine";
     default:
-      return place + " não pôde ser aberta: " + std::generic_category().message(error) + ".";
+      return place + " cannot be opened: " + std::generic_category().message(error);
   }
 }
 
@@ -110,7 +110,7 @@ std::string why_not_bound(const std::string& address, int port, int error) {
 
 EventDescriptor::EventDescriptor(int flags)
     : number_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK | flags)) {
-  if (number_ < 0) throw std::runtime_error("O sistema não deu um descritor de arquivo.");
+  if (number_ < 0) throw std::runtime_error("the system gave no file descriptor");
 }
 
 EventDescriptor::~EventDescriptor() { ::close(number_); }

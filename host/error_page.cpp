@@ -96,7 +96,7 @@ std::string failure_block(const PageFailure& failure, bool details) {
 
 std::string failure_line(const PageFailure& failure) {
   return failure.source + " (" + std::to_string(failure.number) + "): " + failure.description +
-         ", " + place_text(failure.place);
+         ", " + failure.place.file + ":" + std::to_string(failure.place.line);
 }
 
 }  // namespace pelm::host

@@ -17,7 +17,7 @@ std::string failure_page(const PageFailure& failure, bool details);
 /// The same as a block, for a page whose beginning has already been sent.
 std::string failure_block(const PageFailure& failure, bool details);
 
-/// For the log: "Script (5009): ReferenceError: x is not defined, /a.page linha 3".
+/// For the log: "Script (5009): ReferenceError: x is not defined, /a.page:3".
 std::string failure_line(const PageFailure& failure);
 
 }  // namespace pelm::host

@@ -135,8 +135,7 @@ HttpHost::Part::Part(HostOptions options, PageHooks hooks, Log log)
 void HttpHost::Part::start() {
   std::error_code ignored;
   if (!fs::is_directory(options_.root, ignored)) {
-    throw std::runtime_error("A raiz do site, \"" + options_.root.string() +
-                             "\", não é uma pasta que exista.");
+    throw std::runtime_error("the root " + options_.root.string() + " is no folder");
   }
   pages_ = std::make_unique<PagePool>(
       options_.page_threads, [this, watchdog = std::make_shared<Watchdog>()] {
@@ -194,7 +193,7 @@ void HttpHost::Part::set_routes() {
   }));
   server_.set_exception_handler(
       [this](const httplib::Request& request, httplib::Response& response, std::exception_ptr) {
-        log_("erro interno ao atender " + request.method + " " + request.target);
+        log_("internal error while serving " + request.method + " " + request.target);
         refuse(response, 500);
       });
   if (options_.access_log) {

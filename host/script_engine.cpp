@@ -66,7 +66,7 @@ class Process {
 
  private:
   Process() {
-    if (!JS_Init()) throw std::runtime_error("O motor de scripts não pôde ser iniciado.");
+    if (!JS_Init()) throw std::runtime_error("the script engine could not be started");
   }
   ~Process() { JS_ShutDown(); }
 };
@@ -247,7 +247,7 @@ ScriptEngine::ScriptEngine(const PageHooks& hooks, ScriptLimits limits, Watchdog
   part_->context.reset(JS_NewContext(heap));
   JSContext* cx = part_->cx();
   if (!cx || !JS::InitSelfHostedCode(cx)) {
-    throw std::runtime_error("Um contexto do motor de scripts não pôde ser criado.");
+    throw std::runtime_error("a context of the script engine could not be made");
   }
   JS_SetContextPrivate(cx, static_cast<State*>(part_.get()));
   JS_SetGCParameter(cx, JSGC_MAX_BYTES, heap);
@@ -266,7 +266,7 @@ ScriptEngine::ScriptEngine(const PageHooks& hooks, ScriptLimits limits, Watchdog
       cx, [](JSContext* running) { return static_cast<Part&>(state_of(running)).may_go_on(); });
   part_->home.emplace(cx, part_->new_global());
   if (!interruptible || !*part_->home) {
-    throw std::runtime_error("Um contexto do motor de scripts não pôde ser criado.");
+    throw std::runtime_error("a context of the script engine could not be made");
   }
 }
 

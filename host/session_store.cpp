@@ -17,7 +17,7 @@ std::string new_id() {
   constexpr std::string_view kDigits = "0123456789abcdef";
   std::array<unsigned char, 16> bytes = {};
   if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-    throw std::runtime_error("O sistema não deu bytes ao acaso para uma sessão.");
+    throw std::runtime_error("the system gave no random bytes for a session");
   }
   std::string id;
   for (const unsigned char byte : bytes) {

@@ -28,7 +28,18 @@ ClassEntry cmain_table() {
               "hundredths (\"1.5\" is 1.05).",
               {"sValor"}),
       });
-  entry.info.page_end = [](Object& main) { static_cast<CMain&>(main).end(); };
+  entry.info.page_end = [](Object& object) {
+    auto& main = static_cast<CMain&>(object);
+    try {
+      main.end();
+    } catch (...) {
+      // A connection in a transaction refuses to close. Let go of, it rolls back: a page that
+      // failed half-way keeps no locks until its thread's next page.
+      main.CConn()->Conex(nullptr);
+      main.CConn()->Conex2(nullptr);
+      throw;
+    }
+  };
   return entry;
 }
 

@@ -192,7 +192,7 @@ PageHooks probe_hooks(std::string& ended) {
   };
   hooks.end_object = [&ended](Object& object) {
     const auto* probe = dynamic_cast<Probe*>(&object);
-    if (!probe) return;
+    if (!probe) return automation::end_page_object(object);
     ended += probe->name + ";";
     if (probe->name == "falha") throw Error(321, "Probe.Fim", "o fim falhou");
   };
