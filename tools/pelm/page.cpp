@@ -44,7 +44,7 @@ bool is_below(const fs::path& file, const fs::path& folder) {
 fs::path root_of(const PageOptions& options, const fs::path& file) {
   if (!options.site.root.empty()) return fs::weakly_canonical(options.site.root);
   try {
-    const fs::path sample = fs::weakly_canonical(find_sample_crm().site);
+    fs::path sample = fs::weakly_canonical(find_sample_crm().site);
     if (is_below(file, sample)) return sample;
   } catch (const UserError&) {
     // No sample is installed here, so it is no page of it.
