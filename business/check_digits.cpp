@@ -16,6 +16,12 @@ int digit(char c) {
   return c - '0';
 }
 
+/// A character that takes more than one byte is no digit.
+int digit(std::string_view character) {
+  if (character.size() != 1) raise_error(error_number::kTypeMismatch);
+  return digit(character.front());
+}
+
 /// Weights 2, 1, 2, 1 … from the right; a product of two digits counts as their sum.
 int modulus10_sum(std::string_view digits) {
   int sum = 0;
@@ -42,14 +48,8 @@ int modulus11_sum(std::string_view digits) {
 /// Cuts the character at a 1-based position out of `barcode` and returns it.
 std::string cut_out(std::string& barcode, std::int64_t position) {
   std::string character = text::mid(barcode, position, 1);
-  barcode = text::left(barcode, position - 1) + text::mid(barcode, position + 1);
+  barcode.erase(text::left(barcode, position - 1).size(), character.size());
   return character;
-}
-
-/// A character that takes more than one byte is no digit.
-int expected_digit(const std::string& character) {
-  if (character.size() != 1) raise_error(error_number::kTypeMismatch);
-  return digit(character.front());
 }
 
 struct Field {
@@ -66,7 +66,7 @@ bool Base::fCalcularDV10_GeralArrecadacao(std::string& sCodigoBarra) const {
   const std::string expected = cut_out(sCodigoBarra, 4);
   // kept: a multiple of 10 gives 10, which no digit equals
   const int result = 10 - modulus10_sum(sCodigoBarra) % 10;
-  return result == expected_digit(expected);
+  return result == digit(expected);
 }
 
 bool Base::fCalcularDV11_Cobranca(std::string& sCodigoBarra) const {
@@ -74,7 +74,7 @@ bool Base::fCalcularDV11_Cobranca(std::string& sCodigoBarra) const {
   const std::string expected = cut_out(sCodigoBarra, 5);
   int result = 11 - modulus11_sum(sCodigoBarra) % 11;
   if (result == 10 || result == 11) result = 1;
-  return result == expected_digit(expected);
+  return result == digit(expected);
 }
 
 bool Base::fCalcularDV10_Cobranca(std::string_view sCodigoBarra) const {
@@ -83,7 +83,7 @@ bool Base::fCalcularDV10_Cobranca(std::string_view sCodigoBarra) const {
     int result = 10 - modulus10_sum(text::mid(sCodigoBarra, field.first, field.length)) % 10;
     if (result == 10) result = 0;
     const std::string expected = text::mid(sCodigoBarra, field.first + field.length, 1);
-    if (result != expected_digit(expected)) return false;
+    if (result != digit(expected)) return false;
   }
   return true;  // kept: what follows the third field is not looked at
 }

@@ -219,6 +219,14 @@ TEST_P(FinalizarSessaoUso, ClearsTheSharedText) {
   EXPECT_EQ(MensagemErro(), "");
 }
 
+TEST_P(FinalizarSessaoUso, ClearsTheSharedTextBeforeItFails) {
+  MensagemErro() = "Aditivo inexistente.";
+  run("drop table sessaoaplicativo");
+  EXPECT_THAT(raised([&] { base().Finalizar_Sessao_Uso(900); }),
+              Raised(error_number::kNoTable, of_base("Finalizar_Sessao_Uso"), testing::_));
+  EXPECT_EQ(MensagemErro(), "");
+}
+
 TEST_P(FinalizarSessaoUso, WithoutAUsageSessionRaises94AndStaysOpen) {
   run("update sessaoaplicativo set RSESSAODEUSO = null");
   EXPECT_THAT(raised([&] { base().Finalizar_Sessao_Uso(900); }),
