@@ -138,9 +138,16 @@ class Refusals(CrmTest):
                     self.assertIn("Item não encontrado", text)
 
     def test_a_form_of_another_site_changes_nothing(self):
-        answer = self.visitor.post("/itens/novo.page", {"Origin": "http://outro.example"}, nome="Intruso", cid="20")
-        self.assertEqual(403, answer.status)
+        for origin in ("http://outro.example", "null", self.server.url.rstrip("/") + ".outro.example"):
+            answer = self.visitor.post("/itens/novo.page", {"Origin": origin}, nome="Intruso", cid="20")
+            self.assertEqual(403, answer.status, origin)
         self.assertEqual({}, self.rows(self.get("/itens/", busca="Intruso")))
+
+    def test_a_form_of_this_site_is_taken_also_behind_tls(self):
+        host = self.server.address.netloc
+        for number, origin in enumerate((f"http://{host}", f"https://{host}")):
+            self.visitor.post("/itens/novo.page", {"Origin": origin}, nome=f"Vizinho {number}", cid="20")
+            self.oid_of(f"Vizinho {number}")
 
 
 class RecycleBin(CrmTest):

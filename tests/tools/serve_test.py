@@ -1,4 +1,5 @@
 # `pelm serve`: where it listens, what it refuses to start with, and how it stops.
+import concurrent.futures
 import shutil
 import signal
 import socket
@@ -45,6 +46,13 @@ class Serve(unittest.TestCase):
                 if step == "first":
                     visitor.post("/itens/novo.page", nome="Fica gravado", cid="20")
                 self.assertIn("Fica gravado", visitor.get("/itens/", busca="Fica").text)
+
+    def test_programs_that_start_together_make_one_database(self):
+        with concurrent.futures.ThreadPoolExecutor() as starting:
+            servers = list(starting.map(lambda _: Serving("--data", self.folder), range(4)))
+        for server in servers:
+            with server:
+                self.assertRegex(Visitor(server.url).get("/").text, r"<strong>40</strong>\s+itens")
 
     def test_options_can_come_from_a_file(self):
         (self.site / "default.page").write_text("da configuração")
