@@ -37,6 +37,9 @@ int run(int argc, char** argv) {
   add_page(program, status);
   add_schema(program, status);
   add_translate(program, status);
+  add_check(program, status);
+  add_barcode(program, status);
+  add_describe(program, status);
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& asked) {
