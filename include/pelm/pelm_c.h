@@ -47,17 +47,17 @@ PELM_API const char* pelm_version(void);
 /* ------------------------------------------------------------------ values */
 
 typedef enum pelm_type {
-  PELM_EMPTY = 0,    /* no value yet */
-  PELM_NULL = 1,     /* the database's "no value" */
-  PELM_INTEGER = 2,  /* as.integer, 16 bits */
-  PELM_LONG = 3,     /* as.integer, 32 bits */
-  PELM_DOUBLE = 4,   /* as.number */
-  PELM_BOOLEAN = 5,  /* as.integer, 0 or 1 */
-  PELM_DATE = 6,     /* as.number: days since 30 December 1899, the time as fraction */
-  PELM_TEXT = 7,     /* as.text: UTF-8, `size` bytes, also ended by a zero byte when returned */
-  PELM_ARRAY = 8,    /* as.array */
-  PELM_OBJECT = 9,   /* as.object; 0 is "nothing" */
-  PELM_ABSENT = 10   /* an omitted argument; never returned */
+  PELM_EMPTY = 0,   /* no value yet */
+  PELM_NULL = 1,    /* the database's "no value" */
+  PELM_INTEGER = 2, /* as.integer, 16 bits */
+  PELM_LONG = 3,    /* as.integer, 32 bits */
+  PELM_DOUBLE = 4,  /* as.number */
+  PELM_BOOLEAN = 5, /* as.integer, 0 or 1 */
+  PELM_DATE = 6,    /* as.number: days since 30 December 1899, the time as fraction */
+  PELM_TEXT = 7,    /* as.text: UTF-8, `size` bytes, also ended by a zero byte when returned */
+  PELM_ARRAY = 8,   /* as.array */
+  PELM_OBJECT = 9,  /* as.object; 0 is "nothing" */
+  PELM_ABSENT = 10  /* an omitted argument; never returned */
 } pelm_type;
 
 /* A reference to an object. 0 is none; a number that was never given out, or was released, is
@@ -86,7 +86,10 @@ typedef struct pelm_value {
   } as;
 } pelm_value;
 
-#define PELM_EMPTY_VALUE {PELM_EMPTY, 0, {0}}
+#define PELM_EMPTY_VALUE \
+  {                      \
+    PELM_EMPTY, 0, { 0 } \
+  }
 
 /* Frees what a received value holds and releases its objects; the value is empty afterwards. Null
  * is allowed. Never give it a value whose text you allocated yourself. */
