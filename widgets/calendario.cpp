@@ -1,6 +1,9 @@
 // The month calendar.
 #include "pelm/calendario.h"
 
+#include <array>
+#include <cstddef>
+#include <cstring>
 #include <optional>
 
 #include "frame/mod_principal.h"
@@ -25,9 +28,8 @@ constexpr std::string_view kDaysStart =
 constexpr std::string_view kRowStart = "\t<TR>\r\n";
 constexpr std::string_view kRowEnd = "\t</TR>\r\n";
 constexpr std::string_view kBlankDay = "\t\t<TD class=Day>&nbsp;</TD>\r\n";
-constexpr int kFirstColumn = 1;
-constexpr int kLastColumn = 7;
-constexpr std::size_t kUsualSize = 4096;
+constexpr int kColumns = 7;
+constexpr int kMostRows = 6;
 
 /// How a day is shown, before the date that its link chooses and after its number.
 struct DayForm {
@@ -52,49 +54,72 @@ struct Month {
   }
 };
 
-void append_two_digits(std::string& html, int number) {
-  html += static_cast<char>('0' + number / 10);
-  html += static_cast<char>('0' + number % 10);
-}
+/// The rows of days, written into a place that every month fits: nothing grows while they are.
+class Days {
+ public:
+  explicit Days(const Month& month) {
+    const std::string rest_of_date = rest_of(month.shown);
+    int column = 1;
+    if (month.first_weekday != 1) put(kRowStart);
+    for (; column < month.first_weekday; ++column) put(kBlankDay);
 
-void append_number(std::string& html, int number) {
-  if (number < 10) {
-    html += static_cast<char>('0' + number);
-  } else {
-    append_two_digits(html, number);
-  }
-}
-
-void append_days(std::string& html, const Month& month) {
-  std::string rest_of_date = "/";
-  append_two_digits(rest_of_date, month.shown.month);
-  rest_of_date += "/" + std::to_string(month.shown.year) + "');>";
-
-  int column = kFirstColumn;
-  if (month.first_weekday != kFirstColumn) html += kRowStart;
-  for (; column < month.first_weekday; ++column) html += kBlankDay;
-
-  for (int day = 1; day <= month.days; ++day) {
-    if (column == kFirstColumn) html += kRowStart;
-    // kept: marked is the day of the date shown, which is today only when no date was asked for
-    const DayForm& form = day == month.shown.day ? kMarkedDay : kOtherDay;
-    html += form.before_date;
-    append_two_digits(html, day);
-    html += rest_of_date;
-    append_number(html, day);
-    html += form.after_number;
-    if (column == kLastColumn) {
-      html += kRowEnd;
-      column = 0;
+    for (int day = 1; day <= month.days; ++day) {
+      if (column == 1) put(kRowStart);
+      // kept: marked is the day of the date shown, which is today only when no date was asked for
+      if (day == month.shown.day) {
+        put_day<kMarkedDay>(day, rest_of_date);
+      } else {
+        put_day<kOtherDay>(day, rest_of_date);
+      }
+      if (column == kColumns) {
+        put(kRowEnd);
+        column = 0;
+      }
+      ++column;
     }
-    ++column;
+
+    if (column != 1) {
+      for (; column <= kColumns; ++column) put(kBlankDay);
+      put(kRowEnd);
+    }
   }
 
-  if (column != kFirstColumn) {
-    for (; column <= kLastColumn; ++column) html += kBlankDay;
-    html += kRowEnd;
+  std::string_view text() const { return {place_.data(), size_}; }
+
+ private:
+  static constexpr std::string_view kLongestRest = "/12/9999');>";
+  static constexpr std::size_t kLongestDay =
+      kMarkedDay.before_date.size() + 4 + kLongestRest.size() + kMarkedDay.after_number.size();
+  static constexpr std::size_t kMost =
+      kMostRows * (kRowStart.size() + kColumns * kLongestDay + kRowEnd.size());
+  static_assert(kBlankDay.size() <= kLongestDay &&
+                kOtherDay.before_date.size() + kOtherDay.after_number.size() <=
+                    kMarkedDay.before_date.size() + kMarkedDay.after_number.size());
+
+  /// Of every date of the month, what follows the day.
+  static std::string rest_of(const CivilTime& t) {
+    return (t.month < 10 ? "/0" : "/") + std::to_string(t.month) + "/" + std::to_string(t.year) +
+           "');>";
   }
-}
+  template <const DayForm& form>  // lengths that the compiler knows: a copy is a few moves
+  void put_day(int day, std::string_view rest_of_date) {
+    put(form.before_date);
+    put_digit(day / 10);
+    put_digit(day % 10);
+    put(rest_of_date);
+    if (day >= 10) put_digit(day / 10);
+    put_digit(day % 10);
+    put(form.after_number);
+  }
+  void put(std::string_view piece) {
+    std::memcpy(place_.data() + size_, piece.data(), piece.size());
+    size_ += piece.size();
+  }
+  void put_digit(int digit) { place_[size_++] = static_cast<char>('0' + digit); }
+
+  std::array<char, kMost> place_;
+  std::size_t size_ = 0;
+};
 
 }  // namespace
 
@@ -112,30 +137,31 @@ Date Calendario::shown_date() const {
   return clock_today();
 }
 
-std::string Calendario::link_to(Date month) const {
-  // kept: neither quoted nor encoded; a date with a time has a blank in it
-  return "<A class=nav HREF=" + ScriptName_ + "?campo=" + query("campo") +
-         "&date=" + date_text(month) + ">";
-}
-
 void Calendario::ShowCalendar() {
   const Date shown = shown_date();
   const Month month(shown);
   response().Write(kBody);
 
-  std::string html;
-  html.reserve(kUsualSize);
-  html += kNavigationStart;
-  html += "<TD class=nav ALIGN=right>" + link_to(add_months(shown, -1)) + "&lt;&lt;</A></TD>";
-  html += "<TD class=nav ALIGN=center>";
-  html += month_name(month.shown.month);
-  html += " / " + std::to_string(month.shown.year) + "</TD>";
-  html += "<TD class=nav ALIGN=left >" + link_to(add_months(shown, 1)) + "&gt;&gt;</A></TD>";
-  html += "</TR></TABLE><br>";
-  html += kDaysStart;
-  append_days(html, month);
-  html += "</body>\r\n";  // kept: the table of days is not closed
-  response().Write(html);
+  // kept: neither quoted nor encoded; a date with a time has a blank in it
+  const std::string link =
+      "<A class=nav HREF=" + ScriptName_ + "?campo=" + query("campo") + "&date=";
+  std::string navigation(kNavigationStart);
+  navigation += "<TD class=nav ALIGN=right>";
+  navigation += link;
+  navigation += date_text(add_months(shown, -1));
+  navigation += ">&lt;&lt;</A></TD><TD class=nav ALIGN=center>";
+  navigation += month_name(month.shown.month);
+  navigation += " / ";
+  navigation += std::to_string(month.shown.year);
+  navigation += "</TD><TD class=nav ALIGN=left >";
+  navigation += link;
+  navigation += date_text(add_months(shown, 1));
+  navigation += ">&gt;&gt;</A></TD></TR></TABLE><br>";
+  navigation += kDaysStart;
+  response().Write(navigation);
+
+  response().Write(Days(month).text());
+  response().Write("</body>\r\n");  // kept: the table of days is not closed
 }
 
 }  // namespace pelm

@@ -34,7 +34,6 @@ class Calendario : public PageWidget {
  private:
   std::string query(std::string_view name) const;
   Date shown_date() const;
-  std::string link_to(Date month) const;
 
   std::string ScriptName_;
 };

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/ado/sqlite/collation.h"
 #include "platform/ado/sqlite/values.h"
 
 namespace pelm::ado::sqlite {
@@ -38,6 +39,14 @@ ValueType value_type(DataTypeEnum type) {
     default:
       return ValueType::Other;
   }
+}
+
+// False for the columns of views.
+bool is_case_blind(sqlite3* db, const std::string& table, const std::string& column) {
+  const char* collation = nullptr;
+  const int code = sqlite3_table_column_metadata(db, nullptr, table.c_str(), column.c_str(),
+                                                 nullptr, &collation, nullptr, nullptr, nullptr);
+  return code == SQLITE_OK && collation != nullptr && equal_names(collation, kCollation);
 }
 
 int preparations_of(sqlite3_stmt* s) {
@@ -180,7 +189,9 @@ void Catalog::refresh() {
     // A view over a table that is gone has no columns, and is no reason to know none at all.
     while (sqlite3_step(inner->statement()) == SQLITE_ROW) {
       const Column column = column_of_declaration(column_text(inner->statement(), 1));
-      list.push_back({column_text(inner->statement(), 0), value_type(column.type)});
+      const std::string name = column_text(inner->statement(), 0);
+      list.push_back(
+          {name, value_type(column.type), is_case_blind(database_.handle(), table, name)});
     }
     sqlite3_reset(inner->statement());
   }

@@ -82,7 +82,9 @@ constexpr std::array kKeywords = {
 Options read_options(const SessionSettings& settings) {
   Options options;
   options.connection_timeout = settings.connection_timeout;
-  for (const auto& [keyword, value] : settings.properties.pairs()) {
+  for (const auto& pair : settings.properties.pairs()) {
+    const std::string& keyword = pair.first;
+    const std::string& value = pair.second;
     const auto found = std::find_if(kKeywords.begin(), kKeywords.end(),
                                     [&](const Keyword& k) { return equal_names(k.name, keyword); });
     if (found == kKeywords.end()) refuse_keyword(keyword);

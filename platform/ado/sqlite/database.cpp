@@ -18,8 +18,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Each session may keep this much of the database; it takes it only as it reads.
-constexpr const char* kCacheSize = "PRAGMA cache_size=-16000";
+// Each session may keep this much of the database (8 MB); it takes it only as it reads.
+constexpr const char* kCacheSize = "PRAGMA cache_size=-8000";
+// An idle session keeps no more than this.
+constexpr int kIdleCacheBytes = 2 * 1024 * 1024;
 
 const char* synchronous_pragma(Synchronous s) {
   switch (s) {
@@ -128,6 +130,12 @@ bool Database::file_is_there() const {
   int moved = 0;
   sqlite3_file_control(handle(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
   return moved == 0;
+}
+
+void Database::rest() {
+  int used = 0, highest = 0;
+  sqlite3_db_status(handle(), SQLITE_DBSTATUS_CACHE_USED, &used, &highest, 0);
+  if (used > kIdleCacheBytes) sqlite3_db_release_memory(handle());
 }
 
 void Database::run(const char* sql) {

@@ -27,6 +27,9 @@ class Database {
   /// False when the file was moved, replaced or deleted since.
   bool file_is_there() const;
 
+  /// Gives back memory before a time without work.
+  void rest();
+
   /// Runs statements of our own that give no rows. Raises.
   void run(const char* sql);
   /// Raises the engine's last error. `sql` is what was being run.

@@ -23,6 +23,7 @@ enum class ValueType { Other, Date, Integer, Numeric };
 struct NamedColumn {
   std::string name;
   ValueType type = ValueType::Other;
+  bool case_blind = false;  ///< its texts compare and are sorted by the collation PELM
 };
 
 /// What the rewriting asks of the database's tables.

@@ -23,13 +23,14 @@ enum class Kind { Unknown, Number, Text, Date };
 struct Operand {
   std::string sql;
   Kind kind = Kind::Unknown;
-  bool literal = false;   ///< a single literal, bound or written out
-  bool column = false;    ///< a plain column
-  bool computed = false;  ///< has neither a column's type nor its collation
-  bool collates = false;  ///< may be a text that has lost its collation
-  bool numeric = false;   ///< a number that divides with a fraction though it may be kept whole
-  bool integer = false;   ///< an integer column, or a function of one
-  int slot = -1;          ///< of a bound literal
+  bool literal = false;     ///< a single literal, bound or written out
+  bool column = false;      ///< a plain column
+  bool case_blind = false;  ///< a column of the collation PELM
+  bool computed = false;    ///< has neither a column's type nor its collation
+  bool collates = false;    ///< may be a text that has lost its collation
+  bool numeric = false;     ///< a number that divides with a fraction though it may be kept whole
+  bool integer = false;     ///< an integer column, or a function of one
+  int slot = -1;            ///< of a bound literal
 };
 
 class Rewriter {
@@ -72,6 +73,7 @@ class Rewriter {
   Operand joined(Operand a, char sign, Operand b) const;
   Operand negation_or_range(Operand a);
   Operand member_of(Operand a, const std::string& negation);
+  Operand like(Operand a, const std::string& negation);
   void relate(Operand& a, Operand& b);
   void read_as(Operand& operand, Slot::Reading reading);
   int new_slot(Slot slot);
@@ -122,7 +124,9 @@ class Rewriter {
   std::vector<Definition> definitions();
 
   void learn_columns();
-  ValueType type_of_column(const std::string& name) const;
+  /// Null where no table of the statement is known to have it.
+  const NamedColumn* known_column(const std::string& name) const;
+  void refuse_row_number(const std::string& name) const;
   void set_target_aside();
 
   std::span<const Token> tokens_;
@@ -136,8 +140,9 @@ class Rewriter {
   bool star_seen_ = false;
   std::string into_;
   std::vector<bool> insert_dates_;
-  bool assigning_ = false;                                 // between SET and WHERE of an UPDATE
-  std::map<std::string, ValueType, std::less<>> columns_;  // by capitals
+  std::vector<std::string> aliases_;  // names that the select lists so far gave
+  bool assigning_ = false;            // between SET and WHERE of an UPDATE
+  std::map<std::string, NamedColumn, std::less<>> columns_;  // by capitals of the name
 
   struct Deeper;
 };

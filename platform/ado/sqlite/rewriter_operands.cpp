@@ -38,6 +38,25 @@ bool runs_on(char c) {
          c == '$' || c == '?' || static_cast<unsigned char>(c) >= 0x80;
 }
 
+char small(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// What every text that fits a pattern begins with, up to its last plain character: behind that one
+// the order of the collation has an end that is easily named.
+std::string fixed_beginning(const std::string& pattern) {
+  std::string out = pattern.substr(0, pattern.find_first_of("%_["));
+  while (!out.empty() && (out.back() < ' ' || out.back() > '~')) out.pop_back();
+  return out;
+}
+
+// True or false, from a condition that is whole.
+Operand condition_of(std::string sql) {
+  Operand out;
+  out.sql = std::move(sql);
+  out.kind = Kind::Number;
+  out.computed = true;
+  return out;
+}
+
 }  // namespace
 
 // Guards the stack: no statement of a person nests so deep.
@@ -162,7 +181,7 @@ Operand Rewriter::condition(bool argument) {
       std::string sql = collated(a);
       put(sql, op.text == "!<" ? ">=" : op.text == "!>" ? "<=" : op.text, op.space_before);
       put(sql, collated(b), space);
-      a = {std::move(sql), Kind::Number, false, false, true};
+      a = condition_of(std::move(sql));
     } else if (t.is_symbol("*=") || t.is_symbol("=*")) {
       refuse("the outer join operator " + std::string(t.text) +
              " is not known to the embedded database; write LEFT JOIN or RIGHT JOIN");
@@ -181,19 +200,32 @@ Operand Rewriter::negation_or_range(Operand a) {
   const std::string negation = take_word("NOT") ? " NOT" : "";
   const Token word = take();
   if (word.is_word("IN")) return member_of(std::move(a), negation);
+  if (word.is_word("LIKE")) return like(std::move(a), negation);
   Operand b = additive();
-  std::string sql;
-  if (word.is_word("LIKE")) {
-    sql = a.sql + negation + " LIKE " + b.sql;
-    if (take_word("ESCAPE")) sql += " ESCAPE " + additive().sql;
-  } else {
-    Operand c;
-    if (take_word("AND")) c = additive();
-    relate(a, b);
-    relate(a, c);
-    sql = collated(a) + negation + " BETWEEN " + collated(b) + " AND " + collated(c);
+  Operand c;
+  if (take_word("AND")) c = additive();
+  relate(a, b);
+  relate(a, c);
+  return condition_of(collated(a) + negation + " BETWEEN " + collated(b) + " AND " + collated(c));
+}
+
+Operand Rewriter::like(Operand a, const std::string& negation) {
+  const Token pattern = peek();
+  const Operand b = additive();
+  std::string sql = a.sql + negation + " LIKE " + b.sql;
+  if (take_word("ESCAPE")) {
+    sql += " ESCAPE " + additive().sql;
+  } else if (negation.empty() && a.case_blind && b.literal && pattern.is(TokenKind::Text)) {
+    // An index in the order of the column finds what begins as the pattern does.
+    const std::string begin = fixed_beginning(content_of(pattern));
+    if (!begin.empty()) {
+      std::string behind = begin;
+      behind.back() = static_cast<char>(small(behind.back()) + 1);
+      sql = "(" + sql + " AND " + a.sql + " >= " + quoted_text(begin) + " AND " + a.sql + " < " +
+            quoted_text(behind) + ")";
+    }
   }
-  return {std::move(sql), Kind::Number, false, false, true};
+  return condition_of(std::move(sql));
 }
 
 Operand Rewriter::member_of(Operand a, const std::string& negation) {
@@ -213,7 +245,7 @@ Operand Rewriter::member_of(Operand a, const std::string& negation) {
   } else {
     list = primary().sql;
   }
-  return {collated(a) + negation + " IN " + list, Kind::Number, false, false, true};
+  return condition_of(collated(a) + negation + " IN " + list);
 }
 
 // What the server's conversions between the two sides of a comparison ask for.
@@ -546,10 +578,14 @@ Operand Rewriter::path() {
   Operand operand;
   operand.sql = std::move(sql);
   operand.column = true;
-  const ValueType type = type_of_column(last);
-  if (type == ValueType::Date) operand.kind = Kind::Date;
-  operand.numeric = type == ValueType::Numeric;
-  operand.integer = type == ValueType::Integer;
+  if (const NamedColumn* const known = known_column(last)) {
+    if (known->type == ValueType::Date) operand.kind = Kind::Date;
+    operand.numeric = known->type == ValueType::Numeric;
+    operand.integer = known->type == ValueType::Integer;
+    operand.case_blind = known->case_blind;
+  } else {
+    refuse_row_number(last);
+  }
   return operand;
 }
 
@@ -562,9 +598,21 @@ void Rewriter::set_target_aside() {
   if (peek(ahead).is_name() && peek(ahead + 1).is_symbol("=")) at_ += ahead;
 }
 
-ValueType Rewriter::type_of_column(const std::string& name) const {
+const NamedColumn* Rewriter::known_column(const std::string& name) const {
   const auto found = columns_.find(capitals(name));
-  return found == columns_.end() ? ValueType::Other : found->second;
+  return found == columns_.end() ? nullptr : &found->second;
+}
+
+// To the engine OID is a row's place in a table that has no column of that name: a mistake would
+// give numbers that mean nothing.
+void Rewriter::refuse_row_number(const std::string& name) const {
+  if (columns_.empty() || !equal_names(name, "OID")) return;
+  const bool given = std::any_of(aliases_.begin(), aliases_.end(),
+                                 [](const std::string& a) { return equal_names(a, "OID"); });
+  if (given) return;
+  const auto selects = std::count_if(tokens_.begin(), tokens_.end(),
+                                     [](const Token& t) { return t.is_word("SELECT"); });
+  if (selects < 2) refuse("no such column: " + name);
 }
 
 // The columns of the tables that the statement names. A name that is of one type in one of them
@@ -575,8 +623,10 @@ void Rewriter::learn_columns() {
     const std::vector<NamedColumn>* columns = schema_.find(content_of(t));
     if (columns == nullptr) continue;
     for (const NamedColumn& c : *columns) {
-      const auto [known, added] = columns_.emplace(capitals(c.name), c.type);
-      if (!added && known->second != c.type) known->second = ValueType::Other;
+      const auto [known, added] = columns_.emplace(capitals(c.name), c);
+      if (added) continue;
+      if (known->second.type != c.type) known->second.type = ValueType::Other;
+      known->second.case_blind = known->second.case_blind && c.case_blind;
     }
   }
 }

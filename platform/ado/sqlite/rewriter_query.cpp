@@ -100,6 +100,7 @@ std::string Rewriter::select_item(bool top_level) {
   std::size_t pieces = 0;
   const auto name_it = [&] {
     alias = content_of(take());
+    aliases_.push_back(alias);
     named = true;
   };
   if ((peek().is_name() || peek().is(TokenKind::Text)) && peek(1).is_symbol("=")) {

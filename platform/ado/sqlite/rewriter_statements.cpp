@@ -114,7 +114,8 @@ std::string Rewriter::insert() {
     while (peek().is_name()) {
       const std::string column = content_of(take());
       list += (list.empty() ? "" : ", ") + quoted_name(column);
-      insert_dates_.push_back(type_of_column(column) == ValueType::Date);
+      const NamedColumn* const known = known_column(column);
+      insert_dates_.push_back(known != nullptr && known->type == ValueType::Date);
       if (!take_symbol(",")) break;
     }
     expect(")");

@@ -354,6 +354,7 @@ bool SqliteSession::reset() noexcept {
     if (database_.in_transaction()) control("ROLLBACK");
     state_ = {};
     database_.watchdog().limit(kDefaultCommandTimeout);
+    database_.rest();
     return database_.file_is_there();
   } catch (const std::exception&) {
     return false;

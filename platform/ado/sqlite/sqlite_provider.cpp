@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "platform/ado/provider.h"
@@ -31,8 +32,11 @@ class SqliteProvider final : public Provider {
 }  // namespace
 
 void register_sqlite_provider() {
-  // The engine's own accounting of memory takes a lock at every allocation; nobody reads it.
-  sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+  static std::once_flag once;
+  std::call_once(once, [] {
+    // The engine's own accounting of memory takes a lock at every allocation; nobody reads it.
+    sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+  });
   register_provider(std::make_shared<SqliteProvider>());
 }
 
