@@ -31,4 +31,11 @@ State& state_of(JSContext* cx);
 /// none when the script is being stopped.
 struct Failed {};
 
+/// Throws Failed when a call of the engine says that it failed.
+template <class Answer>
+Answer require(Answer answer) {
+  if (!answer) throw Failed();
+  return answer;
+}
+
 }  // namespace pelm::host::script

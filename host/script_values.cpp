@@ -30,16 +30,6 @@ using automation::ValueKind;
 
 constexpr int kDeepestArray = 32;
 
-void require(bool done) {
-  if (!done) throw Failed();
-}
-
-template <class Pointer>
-Pointer require(Pointer made) {
-  if (!made) throw Failed();
-  return made;
-}
-
 [[noreturn]] void refuse(std::string_view what) {
   raise_error(error_number::kTypeMismatch, "Script", what);
 }

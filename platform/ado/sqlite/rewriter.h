@@ -1,7 +1,6 @@
 /// The state of one rewriting: a position in the tokens, and what has been learnt of the statement.
 ///
-/// Private to dialect.h. Its functions stand in several sources by subject: operands and
-/// conditions, calls and types, queries, statements.
+/// Private to dialect.h. Its functions stand in one source a subject.
 #pragma once
 
 #include <cstddef>
@@ -39,7 +38,7 @@ class Rewriter {
   Translation run();
 
  private:
-  // Reading.
+  // Reading (rewriter_reading.cpp).
   const Token& peek(std::size_t ahead = 0) const;
   bool at_end() const { return at_ >= tokens_.size(); }
   Token take();
@@ -50,7 +49,7 @@ class Rewriter {
   bool at_clause_end() const;
   [[noreturn]] void refuse(const std::string& why) const;
 
-  // Operands and conditions (rewriter_operands.cpp).
+  // Conditions (rewriter_conditions.cpp).
   struct Stops {
     bool comma = false;
     bool clause = false;    ///< before FROM, WHERE, UNION, …
@@ -60,6 +59,13 @@ class Rewriter {
   /// there was just one and nothing else.
   std::string sequence(Stops stops, Operand* only = nullptr);
   Operand condition(bool argument);
+  Operand negation_or_range(Operand a);
+  Operand member_of(Operand a, const std::string& negation);
+  Operand like(Operand a, const std::string& negation);
+  void relate(Operand& a, Operand& b);
+  void read_as(Operand& operand, Slot::Reading reading);
+
+  // Operands (rewriter_operands.cpp).
   Operand additive();
   Operand multiplicative();
   Operand unary();
@@ -69,13 +75,7 @@ class Rewriter {
   Operand bound_literal(const Token& token);
   Operand system_variable(const Token& token);
   Operand escape();
-  Operand path();
   Operand joined(Operand a, char sign, Operand b) const;
-  Operand negation_or_range(Operand a);
-  Operand member_of(Operand a, const std::string& negation);
-  Operand like(Operand a, const std::string& negation);
-  void relate(Operand& a, Operand& b);
-  void read_as(Operand& operand, Slot::Reading reading);
   int new_slot(Slot slot);
   std::string collation();
 
@@ -123,6 +123,8 @@ class Rewriter {
   std::string create_table(bool temporary);
   std::vector<Definition> definitions();
 
+  // Names and columns (rewriter_columns.cpp).
+  Operand path();
   void learn_columns();
   /// Null where no table of the statement is known to have it.
   const NamedColumn* known_column(const std::string& name) const;
@@ -144,7 +146,21 @@ class Rewriter {
   bool assigning_ = false;            // between SET and WHERE of an UPDATE
   std::map<std::string, NamedColumn, std::less<>> columns_;  // by capitals of the name
 
-  struct Deeper;
+  /// Guards the stack: no statement of a person nests so deep.
+  class Deeper {
+   public:
+    explicit Deeper(Rewriter& rewriter) : rewriter_(rewriter) {
+      if (++rewriter_.nesting_ > kDeepest) rewriter_.refuse("the statement is nested too deeply");
+    }
+    Deeper(const Deeper&) = delete;
+    Deeper& operator=(const Deeper&) = delete;
+    ~Deeper() { --rewriter_.nesting_; }
+
+   private:
+    static constexpr int kDeepest =
+        200;  // the engine itself stops at 1000, on a larger stack frame
+    Rewriter& rewriter_;
+  };
 };
 
 /// Appends `piece`, parted from what stands before by a blank where `space` says so or where the
