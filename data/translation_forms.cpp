@@ -41,7 +41,7 @@ std::size_t first_byte_of(std::uint64_t marks) noexcept {
 
 std::uint64_t without_byte(std::uint64_t marks, std::size_t byte) noexcept {
   const std::size_t place = std::endian::native == std::endian::little ? byte : 7 - byte;
-  return marks & ~(std::uint64_t{0x80} << (place * 8));
+  return marks & ~std::rotl(std::uint64_t{0x80}, static_cast<int>(place * 8));
 }
 
 // Forms that hold a "(", known by the letters around the first one.

@@ -191,11 +191,11 @@ void HttpHost::Part::set_routes() {
     refuse(response, response.status);
     return httplib::Server::HandlerResponse::Handled;
   }));
-  server_.set_exception_handler(
-      [this](const httplib::Request& request, httplib::Response& response, std::exception_ptr) {
-        log_("internal error while serving " + request.method + " " + request.target);
-        refuse(response, 500);
-      });
+  server_.set_exception_handler([this](const httplib::Request& request, httplib::Response& response,
+                                       const std::exception_ptr&) {
+    log_("internal error while serving " + request.method + " " + request.target);
+    refuse(response, 500);
+  });
   if (options_.access_log) {
     server_.set_logger([this](const httplib::Request& request, const httplib::Response& response) {
       log_(request.remote_addr + " " + request.method + " " + request.target + " " +

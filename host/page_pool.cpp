@@ -6,7 +6,7 @@
 
 namespace pelm::host {
 
-PagePool::PagePool(std::size_t threads, MakeRunner make_runner) {
+PagePool::PagePool(std::size_t threads, const MakeRunner& make_runner) {
   try {
     for (std::size_t i = 0; i < threads; ++i) {
       threads_.emplace_back([this, make_runner] { work(make_runner); });

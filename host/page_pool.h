@@ -21,7 +21,7 @@ class PagePool {
   using MakeRunner = std::function<std::unique_ptr<PageRunner>()>;
 
   /// Returns when every thread has its runner; throws what `make_runner` throws on any of them.
-  PagePool(std::size_t threads, MakeRunner make_runner);
+  PagePool(std::size_t threads, const MakeRunner& make_runner);
   PagePool(const PagePool&) = delete;
   PagePool& operator=(const PagePool&) = delete;
   /// Runs what was submitted, then ends the threads.

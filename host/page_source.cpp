@@ -254,7 +254,7 @@ PageSource read_page(const PageFiles& files, const std::string& page_path) {
   return Reader(files).read(page_path);
 }
 
-PageFiles files_below(std::string root) {
+PageFiles files_below(const std::string& root) {
   const auto refuse = [](std::string_view path, std::string_view why) {
     throw PageSyntaxError({}, "O arquivo \"" + std::string(path) + "\" " + std::string(why));
   };

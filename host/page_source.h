@@ -73,6 +73,6 @@ struct PageFiles {
 PageSource read_page(const PageFiles& files, const std::string& page_path);
 
 /// The files of a folder, never outside it.
-PageFiles files_below(std::string root);
+PageFiles files_below(const std::string& root);
 
 }  // namespace pelm::host

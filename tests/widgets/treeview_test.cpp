@@ -123,9 +123,9 @@ TEST(SetIconPath, TakesAnyValueThatHasAText) {
       {"icones/", "icones/"},   {"", ""},     {Variant(), ""}, {Null{}, ""},
       {std::int16_t{-7}, "-7"}, {0.5, "0,5"}, {true, "True"},
   };
-  for (const auto& [folder, expected] : kFolders) {
-    EXPECT_EQ(written_by([&](treeview& t) { t.SetIconPath(folder); }),
-              "ICONPATH = '" + std::string(expected) + "'\r\n");
+  for (const auto& given : kFolders) {
+    EXPECT_EQ(written_by([&](treeview& t) { t.SetIconPath(given.folder); }),
+              "ICONPATH = '" + std::string(given.written) + "'\r\n");
   }
   EXPECT_ERROR(error_number::kTypeMismatch,
                written_by([](treeview& t) { t.SetIconPath(Variant(Variant::Elements{})); }));

@@ -145,7 +145,7 @@ void Database::run(const char* sql) {
 }
 
 std::string Database::reason(int code) const {
-  const auto in_file = [&](std::string why) {
+  const auto in_file = [&](const std::string& why) {
     return ": " + file_ + (why.empty() ? "" : " (" + why + ")");
   };
   const std::string limit = std::to_string(watchdog_.seconds()) + " s";

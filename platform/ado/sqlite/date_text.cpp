@@ -135,24 +135,26 @@ class Reader {
     const auto names =
         std::count_if(p.begin(), p.end(), [](const Part& x) { return x.digits == 0; });
     if (names > 1) return false;
-    if (p[0].digits > 2 && p[1].digits != 0) {
-      assign(p[0], p[1],
-             p[2]);  // a year that comes first is followed by the month, whatever the order
+    DateOrder order = order_;
+    if (p[0].digits > 2) {
+      order = DateOrder::YearMonthDay;  // whatever the order, a month follows a year
     } else if (p[0].digits == 0) {
-      assign(p[2], p[0], p[1]);
+      order = DateOrder::MonthDayYear;
     } else if (p[1].digits == 0) {
-      if (p[0].digits > 2)
-        assign(p[0], p[1], p[2]);
-      else
-        assign(p[2], p[1], p[0]);
+      order = DateOrder::DayMonthYear;
     } else if (p[2].digits == 0) {
       return false;
-    } else if (order_ == DateOrder::MonthDayYear) {
-      assign(p[2], p[0], p[1]);
-    } else if (order_ == DateOrder::YearMonthDay) {
-      assign(p[0], p[1], p[2]);
-    } else {
-      assign(p[2], p[1], p[0]);
+    }
+    switch (order) {
+      case DateOrder::YearMonthDay:
+        assign(p[0], p[1], p[2]);
+        break;
+      case DateOrder::MonthDayYear:
+        assign(p[2], p[0], p[1]);
+        break;
+      case DateOrder::DayMonthYear:
+        assign(p[2], p[1], p[0]);
+        break;
     }
     return true;
   }
@@ -336,11 +338,11 @@ std::int64_t day_number(const CivilTime& t) noexcept {
 }
 
 std::int64_t second_number(const CivilTime& t) noexcept {
-  return day_number(t) * kSecondsOfDay + t.hour * 3600 + t.minute * 60 + t.second;
+  return day_number(t) * kSecondsOfDay + t.hour * 3600L + t.minute * 60L + t.second;
 }
 
 std::optional<CivilTime> from_second_number(std::int64_t seconds) noexcept {
-  constexpr std::int64_t kMaxSeconds = 8100 * 366 * kSecondsOfDay;
+  constexpr std::int64_t kMaxSeconds = 8100LL * 366 * kSecondsOfDay;
   if (seconds > kMaxSeconds || seconds < -kMaxSeconds) return {};
   std::int64_t days = seconds / kSecondsOfDay;
   std::int64_t rest = seconds % kSecondsOfDay;
@@ -361,7 +363,8 @@ std::optional<CivilTime> from_second_number(std::int64_t seconds) noexcept {
 }
 
 std::optional<CivilTime> plus_months(CivilTime t, std::int64_t months) noexcept {
-  if (months > 12 * 10000 || months < -12 * 10000) return {};
+  constexpr std::int64_t kMost = 12LL * 10000;
+  if (months > kMost || months < -kMost) return {};
   const std::int64_t total = t.year * 12LL + (t.month - 1) + months;
   if (total < 0) return {};
   t.year = static_cast<int>(total / 12);

@@ -10,7 +10,7 @@
 namespace pelm::ado::sqlite {
 namespace {
 
-constexpr std::int64_t kLongestText = 8000 * 1000;  // REPLICATE and SPACE stop here
+constexpr std::int64_t kLongestText = 8'000'000;  // REPLICATE and SPACE stop here
 
 std::int64_t characters(std::string_view s) { return static_cast<std::int64_t>(text::length(s)); }
 

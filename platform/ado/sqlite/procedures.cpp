@@ -287,7 +287,6 @@ class CallText {
       case TokenKind::Number:
         return number(token.text, negative);
       case TokenKind::Text:
-        return content_of(token);
       case TokenKind::DateEscape:
         return content_of(token);
       case TokenKind::Value:

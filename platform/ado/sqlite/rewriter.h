@@ -61,7 +61,7 @@ class Rewriter {
   Operand condition(bool argument);
   Operand negation_or_range(Operand a);
   Operand member_of(Operand a, const std::string& negation);
-  Operand like(Operand a, const std::string& negation);
+  Operand like(const Operand& a, const std::string& negation);
   void relate(Operand& a, Operand& b);
   void read_as(Operand& operand, Slot::Reading reading);
 
@@ -75,7 +75,7 @@ class Rewriter {
   Operand bound_literal(const Token& token);
   Operand system_variable(const Token& token);
   Operand escape();
-  Operand joined(Operand a, char sign, Operand b) const;
+  static Operand joined(const Operand& a, char sign, const Operand& b);
   int new_slot(Slot slot);
   std::string collation();
 
@@ -89,7 +89,7 @@ class Rewriter {
   Operand call_with_part(const std::string& emitted, Kind kind);
   Operand convert();
   Operand cast();
-  Operand converted(const Type& type, Operand value, const std::string& style) const;
+  Operand converted(const Type& type, const Operand& value, const std::string& style) const;
   Type type();
   std::vector<Operand> arguments();
   bool skip_table_hint();

@@ -246,7 +246,8 @@ Rewriter::Type Rewriter::type() {
   return out;
 }
 
-Operand Rewriter::converted(const Type& type, Operand value, const std::string& style) const {
+Operand Rewriter::converted(const Type& type, const Operand& value,
+                            const std::string& style) const {
   const auto rule = std::find_if(kTypes.begin(), kTypes.end(),
                                  [&](const TypeRule& r) { return r.name == type.name; });
   if (rule == kTypes.end()) {

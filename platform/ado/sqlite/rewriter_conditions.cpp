@@ -101,7 +101,7 @@ Operand Rewriter::negation_or_range(Operand a) {
   const std::string negation = take_word("NOT") ? " NOT" : "";
   const Token word = take();
   if (word.is_word("IN")) return member_of(std::move(a), negation);
-  if (word.is_word("LIKE")) return like(std::move(a), negation);
+  if (word.is_word("LIKE")) return like(a, negation);
   Operand b = additive();
   Operand c;
   if (take_word("AND")) c = additive();
@@ -110,7 +110,7 @@ Operand Rewriter::negation_or_range(Operand a) {
   return condition_of(collated(a) + negation + " BETWEEN " + collated(b) + " AND " + collated(c));
 }
 
-Operand Rewriter::like(Operand a, const std::string& negation) {
+Operand Rewriter::like(const Operand& a, const std::string& negation) {
   const Token pattern = peek();
   const Operand b = additive();
   std::string sql = a.sql + negation + " LIKE " + b.sql;

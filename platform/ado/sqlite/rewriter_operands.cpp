@@ -15,14 +15,14 @@ Operand Rewriter::additive() {
   while (peek().is_symbol("+") || peek().is_symbol("-")) {
     const char sign = take().text.front();
     if (!starts_operand()) refuse(std::string("syntax error: nothing follows \"") + sign + "\"");
-    a = joined(std::move(a), sign, multiplicative());
+    a = joined(a, sign, multiplicative());
   }
   return a;
 }
 
 // "+" joins texts, counts days on from a date, and adds; which of them is known only when the
 // statement runs, unless both sides tell.
-Operand Rewriter::joined(Operand a, char sign, Operand b) const {
+Operand Rewriter::joined(const Operand& a, char sign, const Operand& b) {
   const bool date = a.kind == Kind::Date || b.kind == Kind::Date;
   Operand out;
   out.computed = true;

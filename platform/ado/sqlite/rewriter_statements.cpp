@@ -176,8 +176,11 @@ std::string Rewriter::update() {
     if (depth == 0 && source && t.is_name() && equal_names(content_of(t), target) &&
         !(i + 1 < tokens_.size() &&
           (tokens_[i + 1].is_symbol("=") || tokens_[i + 1].is_symbol(".")))) {
-      refuse("UPDATE " + target + " … FROM " + target +
-             " is not known to the embedded database; write WHERE … IN (SELECT …)");
+      refuse(std::string("UPDATE ")
+                 .append(target)
+                 .append(" … FROM ")
+                 .append(target)
+                 .append(" is not known to the embedded database; write WHERE … IN (SELECT …)"));
     }
   }
   assigning_ = true;

@@ -149,8 +149,8 @@ TEST(SplitStatements, KeepsTogetherWhatBelongsTogether) {
         "insert into t values (1) on conflict (a) do update set b = 2",
         "create table t (a int references u on delete set null on update cascade)",
         "alter table t drop column a", "create table if not exists t (a int)",
-        "create trigger g after insert on t begin update u set a = case when 1 then 2 end; "
-        "delete from v; end"}) {
+        ("create trigger g after insert on t begin update u set a = case when 1 then 2 end; "
+         "delete from v; end")}) {
     EXPECT_EQ(std::vector<std::string>{sql}, split(sql));
   }
 }
