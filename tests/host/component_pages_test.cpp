@@ -134,5 +134,30 @@ TEST_F(ComponentPages, TextOfAQueryIsPassedByReferenceWhenAsked) {
   EXPECT_EQ(get("/ref.page").body, "1 select 1 n") << log();
 }
 
+TEST_F(ComponentPages, TheBarcodeChecksChangeThePagesText) {
+  const struct {
+    std::string check;
+    std::string given;
+    std::string left_over;
+  } kChecks[] = {
+      {"fCalcularDV10_GeralArrecadacao", "83682000000045001234567890123456789012345678",
+       "8362000000045001234567890123456789012345678"},
+      {"fCalcularDV11_Cobranca", "00193373700000001000500940144816060680935031",
+       "0019373700000001000500940144816060680935031"},
+      {"fCalcularDV10_Cobranca", "00190500954014481606906809350314337370000000100",
+       "00190500954014481606906809350314337370000000100"},
+  };
+  std::string checks, expected;
+  for (const auto& c : kChecks) {
+    checks += "<% codigo = { value: '" + c.given + "' }; %><%= base." + c.check +
+              "(codigo) %> <%= codigo.value %>;";
+    expected += "True " + c.left_over + ";";
+  }
+  site_.write("boletos.page", page("<% const base = principal.CBase; let codigo; %>" + checks +
+                                   "<%= base.CompleteWith('João', 6, 1, '*') %>"));
+  start_with_database();
+  EXPECT_EQ(get("/boletos.page").body, expected + "**João") << log();
+}
+
 }  // namespace
 }  // namespace pelm::host
