@@ -219,3 +219,85 @@ insert into categoria (oid, rsuper, nomeinterno) values (50903, 50900, 'SAUDACAO
 insert into dadoadicional (oid, rtipo) values (50913, 50903);
 insert into aditivo (oid, ritem, rdefinicao, svalor) values (50923, 1, 50913, 'Prezados senhores,');
 insert into aditivo (oid, ritem, rdefinicao, svalor) values (50931, 50005, 50912, 'até as 9h do dia seguinte');
+
+-- Who works here: employees, each with a user (a communication of type 1121), the users' group.
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50951, 30, 'Beatriz Nogueira', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50952, 30, 'Caio Prado', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50955, 33, 'beatriz', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50956, 33, 'caio', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50961, 31, 'Atendimento', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into usuario (oid) values (50955);
+insert into usuario (oid) values (50956);
+insert into comunicacao (oid, ritem, rtipo, rendereco, valor) values (50957, 50951, 1121, 50955, '');
+insert into comunicacao (oid, ritem, rtipo, rendereco, valor) values (50958, 50952, 1121, 50956, '');
+insert into agrupamento (oid, rpapel, rgrupo, ritem) values (50962, 7, 50961, 50956);
+
+-- Lists of objects, and who may use them: the group not the first and the third; the second only Beatriz.
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50971, 32, 'Administração', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50972, 32, 'Financeiro', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into item (oid, cid, nome, codigo, rescopo, criadopor, criadoem, atualizadopor, atualizadoem, observacao, excluido)
+  values (50973, 32, 'Exclusões', '', 7, 1, { ts '2008-01-02 08:00:00' }, 1, { ts '2008-01-02 08:00:00' }, '', 0);
+insert into listadeobjetos (oid, rdominio) values (50971, null);
+insert into listadeobjetos (oid, rdominio) values (50972, null);
+insert into listadeobjetos (oid, rdominio) values (50973, null);
+insert into permissao (oid, rusuario, rescopo, acesso) values (50981, 50961, 50971, 0);
+insert into permissao (oid, rusuario, rescopo, acesso) values (50982, 50961, 50973, 0);
+insert into permissao (oid, rusuario, rescopo, acesso) values (50983, 1, 50972, 0);
+insert into permissao (oid, rusuario, rescopo, acesso) values (50984, 50955, 50972, 1);
+
+-- The menu, below the root 7.
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (8, 'Início', '/', 7, null, 1);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (9, 'Itens', null, 7, null, 2);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (10, 'Contatos', null, 7, null, 3);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (11, 'Financeiro', null, 7, 50972, 4);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (12, 'Administração', null, 7, 50971, 5);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (13, 'Todos os itens', '/itens/', 9, null, 1);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (14, 'Novo item', '/itens/novo.page', 9, null, 2);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (15, 'Por tipo', null, 9, null, 3);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (16, 'Categorias', '/categorias/', 9, null, 4);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (17, 'Lixeira', '/itens/lixeira.page', 9, 50973, 5);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (18, 'Empresas', '/itens/?busca=EMP-', 15, null, 1);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (19, 'Pastas', '/itens/?busca=PAS-', 15, null, 2);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (20, 'Propostas', '/itens/?busca=PRO-', 15, null, 3);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (21, 'Contratos', '/itens/?busca=CON-', 15, null, 4);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (22, 'Chamados', '/itens/?busca=CHA-', 15, null, 5);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (23, 'Empresas e contatos', '/contatos/', 10, null, 1);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (24, 'Agenda de retornos', '/agenda/', 10, null, 2);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (25, 'Conferir boleto', '/boletos/', 11, null, 1);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (26, 'Números de sequência', '/numeros/', 11, null, 2);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (27, 'Parâmetros', '/parametros/', 12, null, 1);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (28, 'Sessões de uso', '/sessoes/', 12, null, 2);
+insert into Pelm_Menu (id, Nome, Link, rEscopo, rListadeObjetos, Ordem) values (29, 'Opções do menu', '/menus/', 12, null, 3);
+
+-- The tree of the items' categories, and items in it.
+insert into categoria (oid, rsuper, nomeinterno) values (50990, 7, 'CATEGORIAS_DE_ITENS');
+insert into categoria (oid, rsuper, nomeinterno) values (50991, 50990, 'Clientes');
+insert into categoria (oid, rsuper, nomeinterno) values (50992, 50991, 'Alimentação');
+insert into categoria (oid, rsuper, nomeinterno) values (50993, 50991, 'Hospedagem');
+insert into categoria (oid, rsuper, nomeinterno) values (50994, 50991, 'Saúde e educação');
+insert into categoria (oid, rsuper, nomeinterno) values (50995, 50990, 'Documentos');
+insert into categoria (oid, rsuper, nomeinterno) values (50996, 50995, 'Arquivo');
+insert into categoria (oid, rsuper, nomeinterno) values (50997, 50995, 'Modelos');
+insert into classificacao (oid, ritem, rcategoria) values (51001, 50001, 50992);
+insert into classificacao (oid, ritem, rcategoria) values (51002, 50004, 50992);
+insert into classificacao (oid, ritem, rcategoria) values (51003, 50005, 50992);
+insert into classificacao (oid, ritem, rcategoria) values (51004, 50013, 50993);
+insert into classificacao (oid, ritem, rcategoria) values (51005, 50016, 50993);
+insert into classificacao (oid, ritem, rcategoria) values (51006, 50008, 50994);
+insert into classificacao (oid, ritem, rcategoria) values (51007, 50009, 50994);
+insert into classificacao (oid, ritem, rcategoria) values (51008, 50017, 50996);
+insert into classificacao (oid, ritem, rcategoria) values (51009, 50018, 50996);
+insert into classificacao (oid, ritem, rcategoria) values (51010, 50023, 50996);
+insert into classificacao (oid, ritem, rcategoria) values (51011, 50022, 50997);
+
+-- When a company is to be called again: additional data of the date type (1015).
+insert into dadoadicional (oid, rtipo) values (51041, 1015);
+insert into aditivo (oid, ritem, rdefinicao, dtvalor) values (51051, 50008, 51041, { ts '2008-12-15 00:00:00' });
+insert into aditivo (oid, ritem, rdefinicao, dtvalor) values (51052, 50005, 51041, { ts '2009-01-05 00:00:00' });
