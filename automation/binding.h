@@ -31,11 +31,19 @@ namespace pelm::automation {
 struct Arg {
   std::string_view name;
   OptionalArg default_value;
+  bool by_reference = false;
 
   Arg(const char* argument) : name(argument) {}
   Arg(const char* argument, Variant otherwise)
       : name(argument), default_value(std::move(otherwise)) {}
 };
+
+/// An argument that callers pass by reference though it comes back as it was: the component's
+/// interface has always said so.
+inline Arg by_ref(Arg argument) {
+  argument.by_reference = true;
+  return argument;
+}
 
 namespace detail {
 
@@ -208,7 +216,7 @@ std::vector<ParameterInfo> parameters(std::initializer_list<Arg> names, std::tup
     info.name = arg.name;
     info.kind = kind_of<Plain>();
     info.class_name = class_name_of<Plain>();
-    info.by_reference = Slot<Declared>::by_reference;
+    info.by_reference = Slot<Declared>::by_reference || arg.by_reference;
     info.optional = Slot<Declared>::optional_variant || arg.default_value.has_value();
     if (arg.default_value) info.default_value = *arg.default_value;
     result.push_back(std::move(info));

@@ -114,6 +114,12 @@ Variant call_default_of(const Variant& answer, const ClassInfo& cls, const Membe
   return call(*answer.object(), {}, args);
 }
 
+/// The object that a property answered with, to be assigned through: rs("NOME") = v.
+Object& answered_object(const Variant& answer, const ClassInfo& cls, const MemberInfo& member) {
+  if (!answer.is_object() || !answer.object()) refuse_member(cls, member.name);
+  return *answer.object();
+}
+
 bool takes_no_arguments(const MemberInfo& member) {
   return member.kind == MemberKind::Property && member.parameters.empty();
 }
@@ -192,9 +198,11 @@ Variant call(Object& object, const ClassInfo& cls, const MemberInfo& member, Arg
 void put(Object& object, const ClassInfo& cls, const MemberInfo& member, const Variant& value,
          Arguments index) {
   if (!index.empty() && takes_no_arguments(member)) {
-    const Variant answer = member.invoke(object, {});
-    if (!answer.is_object() || !answer.object()) refuse_member(cls, member.name);
-    put(*answer.object(), {}, value, index);
+    put(answered_object(member.invoke(object, {}), cls, member), {}, value, index);
+    return;
+  }
+  if (!index.empty() && !member.writable && member.kind == MemberKind::Property) {
+    put(answered_object(call(object, cls, member, index), cls, member), {}, value);
     return;
   }
   if (!member.writable) refuse_member(cls, member.name);

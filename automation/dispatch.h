@@ -97,6 +97,8 @@ void end_page_object(Object& object);
 Variant call(Object& object, std::string_view member, Arguments args = {});
 /// Reads a property.
 Variant get(Object& object, std::string_view member, Arguments index = {});
+/// Writes a property. With an index that the property does not take, what it answers with is
+/// written to: `rs("NOME") = v` is `rs.Fields.Item("NOME").Value = v`.
 void put(Object& object, std::string_view member, const Variant& value, Arguments index = {});
 
 /// The same with the member already looked up.

@@ -55,10 +55,10 @@ std::shared_ptr<FieldsObject> fields(Recordset& records) {
   return std::make_shared<FieldsObject>(reference_to(records));
 }
 
-void open(Recordset& records, const Variant& source, const OptionalArg& connection,
+void open(Recordset& records, const OptionalArg& source, const OptionalArg& connection,
           ado::CursorTypeEnum cursor, ado::LockTypeEnum lock, std::int32_t options) {
-  if (source.is_object()) {
-    const auto command = detail::converted<std::shared_ptr<Command>>(source);
+  if (source && source->is_object()) {
+    const auto command = detail::converted<std::shared_ptr<Command>>(*source);
     if (!command) raise_error(error_number::kObjectNotSet);
     if (connection && connection->is_object()) connect(*command, *connection);
     records.Open(command, cursor, lock, options);
@@ -66,7 +66,7 @@ void open(Recordset& records, const Variant& source, const OptionalArg& connecti
   }
   std::shared_ptr<Connection> target;
   if (connection) target = detail::converted<std::shared_ptr<Connection>>(*connection);
-  records.Open(to_text(source), target, cursor, lock, options);
+  records.Open(source ? to_text(*source) : records.Source(), target, cursor, lock, options);
 }
 
 // Field.
@@ -169,8 +169,9 @@ ClassEntry recordset_table() {
           property("RecordCount", "Rows held; -1 when the cursor does not count.", &R::RecordCount),
           property("State", "0 is closed, 1 is open.", &R::State),
           property("EditMode", "0 none, 1 changing, 2 adding.", &R::EditMode),
-          property("Source", "The text it was opened from.", &R::Source),
-          property("ActiveConnection", "The connection it was opened on.", &R::ActiveConnection),
+          property("Source", "The text it is opened from.", &R::Source, &R::Source),
+          property("ActiveConnection", "The connection it is opened on.", &R::ActiveConnection,
+                   &R::ActiveConnection),
           property("CursorLocation", "2 server, 3 client.", &R::CursorLocation, &R::CursorLocation),
           property("CursorType", "0 forward, 1 keyset, 2 dynamic, 3 static.", &R::CursorType,
                    &R::CursorType),
@@ -179,15 +180,23 @@ ClassEntry recordset_table() {
           property("CacheSize", "Rows fetched at once.", &R::CacheSize, &R::CacheSize),
           property("MaxRecords", "Most rows to read; 0 is no limit.", &R::MaxRecords,
                    &R::MaxRecords),
+          property("AbsolutePosition",
+                   "The current row, from 1; -2 before the first, -3 past the last.",
+                   &R::AbsolutePosition, &R::AbsolutePosition),
+          property("AbsolutePage", "The current row's page, from 1; assigning goes there.",
+                   &R::AbsolutePage, &R::AbsolutePage),
+          property("PageCount", "How many pages of PageSize rows there are.", &R::PageCount),
           method<&open>("Open", "Opens it from a text or a command.",
                         {"Source",
                          "ActiveConnection",
-                         {"CursorType", std::int32_t{ado::adOpenForwardOnly}},
-                         {"LockType", std::int32_t{ado::adLockReadOnly}},
+                         {"CursorType", std::int32_t{ado::adOpenUnspecified}},
+                         {"LockType", std::int32_t{ado::adLockUnspecified}},
                          options()}),
           method<&R::Close>("Close", "Closes it."),
           method<&R::MoveFirst>("MoveFirst", "Goes to the first row."),
+          method<&R::MoveLast>("MoveLast", "Goes to the last row."),
           method<&R::MoveNext>("MoveNext", "Goes to the next row."),
+          method<&R::MovePrevious>("MovePrevious", "Goes to the row before."),
           method<&R::AddNew>("AddNew", "Begins a new row."),
           method<&R::Update>("Update", "Stores the new or changed row."),
           method<&R::CancelUpdate>("CancelUpdate", "Drops what was not yet stored."),

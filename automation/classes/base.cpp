@@ -81,7 +81,7 @@ ClassEntry base_table() {
                                              "pCOMPLEMENTO",
                                              "pNUMERO",
                                              "pRUA",
-                                             {"pREFERENCIA", ""},
+                                             by_ref({"pREFERENCIA", ""}),
                                              {"pRespCadastro", Oid{1}}}),
           method<&Base::alterar_endereco>(
               "alterar_endereco",
@@ -104,22 +104,23 @@ ClassEntry base_table() {
                                              {"pOID", "pRITEM", "pRTIPO", "pRENDERECO", "pVALOR"}),
           method<&Base::fBuscarContaAssociada>(
               "fBuscarContaAssociada", "The ledger account associated with an item; 0 when none.",
-              {"p_rPlanoDeContas", "p_rItem", "p_rFonteDoValor", "p_rCategoria"}),
+              {by_ref("p_rPlanoDeContas"), by_ref("p_rItem"), by_ref("p_rFonteDoValor"),
+               by_ref("p_rCategoria")}),
           method<&Base::fBuscarContaAnalitica>(
               "fBuscarContaAnalitica",
               "The analytic account of an item under a synthetic one; 0 when none.",
-              {"p_OidItem", "p_OidContaSintetica"}),
+              {by_ref("p_OidItem"), by_ref("p_OidContaSintetica")}),
           method<&Base::fObterCodContaContabil>("fObterCodContaContabil",
                                                 "An account's code; empty when there is none.",
-                                                {"OidContaContabil"}),
+                                                {by_ref("OidContaContabil")}),
           method<&Base::Iniciar_Sessao_Uso>(
               "Iniciar_Sessao_Uso",
               "Joins the workstation's usage session, or opens one with this application.",
-              {"rUsuario", "Estacao", "OidAplicativo"}),
+              {by_ref("rUsuario"), by_ref("Estacao"), by_ref("OidAplicativo")}),
           method<&Base::Finalizar_Sessao_Uso>(
               "Finalizar_Sessao_Uso",
               "Closes an application session and the usage session it belongs to.",
-              {"OIDSessaoApp", {"Motivo", std::int16_t{2}}}),
+              {by_ref("OIDSessaoApp"), by_ref({"Motivo", std::int16_t{2}})}),
           method<&Base::fCalcularDV10_GeralArrecadacao>(
               "fCalcularDV10_GeralArrecadacao",
               "Whether a collection barcode is right; its check digit is cut out of the text.",
@@ -130,7 +131,7 @@ ClassEntry base_table() {
               {"sCodigoBarra"}),
           method<&Base::fCalcularDV10_Cobranca>("fCalcularDV10_Cobranca",
                                                 "Whether a bank slip's typed line is right.",
-                                                {"sCodigoBarra"}),
+                                                {by_ref("sCodigoBarra")}),
           method<&Base::CompleteWith>(
               "CompleteWith", "Text cut or filled to a width.",
               {"Data", "Size", {"Side", std::int16_t{1}}, {"Complemento", " "}}),

@@ -26,7 +26,7 @@ ClassEntry cmain_table() {
               "myCDbl",
               "A number with a decimal point; each digit of the fraction counts in "
               "hundredths (\"1.5\" is 1.05).",
-              {"sValor"}),
+              {by_ref("sValor")}),
       });
   entry.info.page_end = [](Object& object) {
     auto& main = static_cast<CMain&>(object);

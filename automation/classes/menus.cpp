@@ -60,24 +60,26 @@ ClassEntry menus_table() {
                 &Menus::OIDFuncionario),
           method<&Menus::Cadastrar_Opcao>("Cadastrar_Opcao",
                                           "Adds an option; \"0\", or why its place was refused.",
-                                          {"Nome", "Link", "rEscopo", "rListadeObjetos", "Ordem"}),
+                                          {by_ref("Nome"), by_ref("Link"), by_ref("rEscopo"),
+                                           by_ref("rListadeObjetos"), by_ref("Ordem")}),
           method<&Menus::Alterar_Opcao>(
               "Alterar_Opcao", "Changes and moves an option; \"0\", or why its place was refused.",
-              {"IDOpcao", "Nome", "Link", "rEscopo", "rListadeObjetos", "Ordem"}),
+              {by_ref("IDOpcao"), by_ref("Nome"), by_ref("Link"), by_ref("rEscopo"),
+               by_ref("rListadeObjetos"), by_ref("Ordem")}),
           method<&Menus::Excluir_Opcao>(
-              "Excluir_Opcao", "Deletes an option with all that is below it.", {"IDOpcao"}),
+              "Excluir_Opcao", "Deletes an option with all that is below it.", {by_ref("IDOpcao")}),
           method<static_cast<OrdenaOpcoes>(&Menus::Ordena_Opcoes)>(
               "Ordena_Opcoes",
               "Puts an option at a place among those of its parent; 1, or why it was refused.",
-              {"ID", "Ordem", {"Excluir", false}}),
+              {by_ref("ID"), "Ordem", by_ref({"Excluir", false})}),
           method<&Menus::AcessoOpcao>("AcessoOpcao", "Whether a person may use an option: 1 or 0.",
-                                      {"OIDFuncionario", "IDOpcao"}),
+                                      {by_ref("OIDFuncionario"), by_ref("IDOpcao")}),
           method<&Menus::AcessoTotalOpcao>(
               "AcessoTotalOpcao",
               "Whether a person may use an option and every one above it: 1 or 0.",
-              {"OIDFuncionario", "IDOpcao"}),
+              {by_ref("OIDFuncionario"), by_ref("IDOpcao")}),
           method<&Menus::Montar_Menu>("Montar_Menu", "Writes the script of a menu to the page.",
-                                      {"IDMenu", "Numero"}),
+                                      {by_ref("IDMenu"), by_ref("Numero")}),
           method<&Menus::AddRestricaoItemMenu>(
               "AddRestricaoItemMenu", "Registers a fragment of addresses; no menu looks at it.",
               {"Link"}),

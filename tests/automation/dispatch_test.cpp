@@ -1,10 +1,13 @@
 // Calling members by name: finding them, completing arguments, refusing what does not fit.
 #include "automation/dispatch.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "frame/thread_slots.h"
 #include "pelm/base.h"
@@ -225,6 +228,54 @@ TEST(TypeLibrary, OptionalArgumentsComeLast) {
       }
     }
   }
+}
+
+/// "Class.member: argument argument" for each member with arguments by reference.
+std::vector<std::string> marked_by_reference(std::string_view class_name) {
+  std::vector<std::string> found;
+  for (const MemberInfo& member : find_class(class_name)->members) {
+    std::string line;
+    for (const ParameterInfo& p : member.parameters) {
+      if (p.by_reference) line += " " + std::string(p.name);
+    }
+    if (!line.empty()) found.push_back(std::string(member.name) + ":" + line);
+  }
+  return found;
+}
+
+TEST(TypeLibrary, MarksWhatCallersPassByReferenceChangedOrNot) {
+  using testing::ElementsAre;
+  using testing::IsEmpty;
+  EXPECT_THAT(marked_by_reference("CMain"), ElementsAre("myCDbl: sValor"));
+  EXPECT_THAT(marked_by_reference("Conn"), ElementsAre("RunSQL: Query", "traduzsql: psqlstat"));
+  EXPECT_THAT(marked_by_reference("ManipulaData"), ElementsAre("Minuto_hora: Minuto"));
+  EXPECT_THAT(marked_by_reference("treeview"), IsEmpty());
+  EXPECT_THAT(marked_by_reference("Calendario"), IsEmpty());
+  EXPECT_THAT(
+      marked_by_reference("Base"),
+      ElementsAre("cadastrar_endereco: pREFERENCIA",
+                  "fBuscarContaAssociada: p_rPlanoDeContas p_rItem p_rFonteDoValor "
+                  "p_rCategoria",
+                  "fBuscarContaAnalitica: p_OidItem p_OidContaSintetica",
+                  "fObterCodContaContabil: OidContaContabil",
+                  "Iniciar_Sessao_Uso: rUsuario Estacao OidAplicativo",
+                  "Finalizar_Sessao_Uso: OIDSessaoApp Motivo",
+                  "fCalcularDV10_GeralArrecadacao: sCodigoBarra",
+                  "fCalcularDV11_Cobranca: sCodigoBarra", "fCalcularDV10_Cobranca: sCodigoBarra"));
+  EXPECT_THAT(
+      marked_by_reference("Menus"),
+      ElementsAre("Cadastrar_Opcao: Nome Link rEscopo rListadeObjetos Ordem",
+                  "Alterar_Opcao: IDOpcao Nome Link rEscopo rListadeObjetos Ordem",
+                  "Excluir_Opcao: IDOpcao", "Ordena_Opcoes: ID Ordem Excluir",
+                  "AcessoOpcao: OIDFuncionario IDOpcao", "AcessoTotalOpcao: OIDFuncionario IDOpcao",
+                  "Montar_Menu: IDMenu Numero"));
+}
+
+TEST_F(DispatchTest, AnArgumentByReferenceThatNobodyChangesKeepsItsOwnType) {
+  CMain main;
+  std::array<OptionalArg, 1> number{Variant(15)};
+  EXPECT_EQ(call(main, "myCDbl", number), Variant(15.0));
+  EXPECT_EQ(number[0], OptionalArg(Variant(15)));
 }
 
 TEST(TypeLibrary, TellsKindsDefaultsAndReferences) {
