@@ -3,10 +3,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "pelm/object.h"
+#include "pelm/page_scope.h"
 #include "pelm/pelm_c.h"
-#include "platform/page/object_context.h"
 
 namespace pelm::c_api {
 
@@ -22,9 +23,8 @@ class CallbackPage : public Object {
   void end();
 
  private:
-  std::shared_ptr<page::ScriptingContext> context_;
+  std::optional<PageScope> scope_;
   std::shared_ptr<CallbackPage> outer_;
-  std::unique_ptr<page::ScopedObjectContext> serving_;
 };
 
 }  // namespace pelm::c_api

@@ -153,7 +153,7 @@ PELM_API void pelm_last_error(pelm_error* error);
 
 /* ------------------------------------------------------------------- pages */
 
-/* What a page offers the component. `user` is handed through. */
+/* What a page offers the component; copied when the page begins. `user` is handed through. */
 typedef struct pelm_page_callbacks {
   void* user;
   /* Fills `value` with an application variable and returns 1, or returns 0 when there is none of
@@ -161,13 +161,16 @@ typedef struct pelm_page_callbacks {
   int (*application_value)(void* user, const char* name, pelm_value* value);
   /* Takes what is written to the page. May be null. */
   void (*write)(void* user, const char* text, size_t size);
+  /* What stands behind the "?" of the page's address: "date=05/03/2008". May be null. */
+  const char* query_string;
 } pelm_page_callbacks;
 
 typedef uint64_t pelm_page;
 
 /* From here to pelm_page_end this thread serves a page; pages nest. */
 PELM_API int pelm_page_begin(const pelm_page_callbacks* callbacks, pelm_page* page);
-/* Ends the thread's innermost page, which must be this one. */
+/* Ends the thread's innermost page, which must be this one. The callbacks are not called any more,
+ * by whatever the page left behind. */
 PELM_API int pelm_page_end(pelm_page page);
 
 /* ------------------------------------------------------------ type library */

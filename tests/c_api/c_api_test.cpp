@@ -236,7 +236,7 @@ void write(void* user, const char* data, std::size_t size) {
 
 TEST_F(CInterface, APageGivesApplicationVariablesAndTakesWhatIsWritten) {
   Page page{{{"dataconn_ConnectionTimeout", 11}, {"dataconn_Database", 2}}, {}};
-  const pelm_page_callbacks callbacks{&page, application_value, write};
+  const pelm_page_callbacks callbacks{&page, application_value, write, nullptr};
   pelm_page serving = 0;
   ASSERT_EQ(pelm_page_begin(&callbacks, &serving), 0);
   {
@@ -261,8 +261,37 @@ TEST_F(CInterface, APageGivesApplicationVariablesAndTakesWhatIsWritten) {
   EXPECT_EQ(pelm_page_end(serving), 1);
 }
 
+TEST_F(CInterface, APageThatHasEndedIsNotAskedAgain) {
+  Page page{{{"dataconn_ConnectionTimeout", 11}, {"dataconn_Database", 2}}, {}};
+  const pelm_page_callbacks callbacks{&page, application_value, write, nullptr};
+  const Held conn("PelmComum2008.Conn");
+  pelm_page serving = 0;
+  ASSERT_EQ(pelm_page_begin(&callbacks, &serving), 0);
+  const Held started("PelmComum2008.Calendario");
+  ASSERT_EQ(pelm_call(conn, "ConfigureConn", nullptr, 0, nullptr, nullptr), 0);
+  ASSERT_EQ(pelm_page_end(serving), 0);
+
+  EXPECT_EQ(pelm_call(conn, "ConfigureConn", nullptr, 0, nullptr, nullptr), 1);
+  EXPECT_EQ(last_error().number, 91);
+  EXPECT_EQ(pelm_call(started, "ShowCalendar", nullptr, 0, nullptr, nullptr), 0);
+  EXPECT_EQ(page.written, "");
+}
+
+TEST_F(CInterface, APageHasAQueryString) {
+  Page page;
+  const pelm_page_callbacks callbacks{&page, nullptr, write, "date=05%2F03%2F2008&campo=inicio"};
+  pelm_page serving = 0;
+  ASSERT_EQ(pelm_page_begin(&callbacks, &serving), 0);
+  {
+    const Held calendar("PelmComum2008.Calendario");
+    ASSERT_EQ(pelm_call(calendar, "ShowCalendar", nullptr, 0, nullptr, nullptr), 0);
+  }
+  EXPECT_EQ(pelm_page_end(serving), 0);
+  EXPECT_THAT(page.written, testing::HasSubstr("campo=inicio&date=05/04/2008"));
+}
+
 TEST_F(CInterface, PagesNestAndEndInTurn) {
-  const pelm_page_callbacks callbacks{nullptr, nullptr, nullptr};
+  const pelm_page_callbacks callbacks{nullptr, nullptr, nullptr, nullptr};
   pelm_page outer = 0;
   pelm_page inner = 0;
   ASSERT_EQ(pelm_page_begin(&callbacks, &outer), 0);
@@ -282,6 +311,34 @@ TEST_F(CInterface, TellsItsTypeLibraryAsJson) {
   pelm_value_clear(&json);
   EXPECT_EQ(pelm_describe("Nada", &json), 1);
   EXPECT_EQ(last_error().number, 429);
+}
+
+TEST_F(CInterface, AColumnOfARecordSetIsWrittenThroughItsDefaultMember) {
+  const Held connection("ADODB.Connection");
+  const Held records("ADODB.Recordset");
+  pelm_value where = text("Provider=SQLite;Data Source=:memory:");
+  ASSERT_EQ(pelm_call(connection, "Open", &where, 1, nullptr, nullptr), 0);
+  pelm_value sql = text("create table cor (n integer primary key, nome text)");
+  ASSERT_EQ(pelm_call(connection, "Execute", &sql, 1, nullptr, nullptr), 0);
+  std::array<pelm_value, 5> opening{text("cor"), absent(), whole(1), whole(3), whole(2)};
+  opening[1].type = PELM_OBJECT;
+  opening[1].as.object = connection;
+  ASSERT_EQ(pelm_call(records, "Open", opening.data(), opening.size(), nullptr, nullptr), 0)
+      << last_error().description;
+  ASSERT_EQ(pelm_call(records, "AddNew", nullptr, 0, nullptr, nullptr), 0);
+  const pelm_value column = text("NOME");
+  const pelm_value value = text("azul");
+  ASSERT_EQ(pelm_put(records, "", &column, 1, &value), 0) << last_error().description;
+  ASSERT_EQ(pelm_call(records, "Update", nullptr, 0, nullptr, nullptr), 0)
+      << last_error().description;
+
+  pelm_value field = PELM_EMPTY_VALUE;
+  pelm_value back = PELM_EMPTY_VALUE;
+  ASSERT_EQ(pelm_get(records, "", &column, 1, &field), 0);
+  ASSERT_EQ(pelm_get(field.as.object, "Value", nullptr, 0, &back), 0);
+  EXPECT_EQ(text_of(back), "azul");
+  pelm_value_clear(&back);
+  pelm_value_clear(&field);
 }
 
 }  // namespace
