@@ -1,13 +1,17 @@
 # How a folder becomes a library and a test folder becomes a test program.
 
 # pelm_library(NAME SOURCES … [LINKS …]): a static library of the project. Headers are found from
-# the root of the tree, from include/ and, for pelm/version.h, from the build folder.
+# the root of the tree, from include/ and, for pelm/version.h, from the build folder; those who use
+# an installed one see include/pelm alone.
 function(pelm_library name)
   cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(${name} STATIC ${arg_SOURCES})
   target_compile_features(${name} PUBLIC cxx_std_20)
-  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include"
-                                            "${PROJECT_BINARY_DIR}/generated")
+  target_include_directories(${name} PUBLIC
+    "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
+    "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>"
+    "$<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/generated>"
+    "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS})
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON
                         CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
