@@ -302,7 +302,7 @@ Operand Rewriter::convert() {
   if (take_symbol(",")) style = sequence({.comma = true, .clause = false, .argument = true});
   --depth_;
   expect(")");
-  return converted(target, std::move(value), style);
+  return converted(target, value, style);
 }
 
 // CAST(value AS type)
@@ -327,7 +327,7 @@ Operand Rewriter::cast() {
   if (!take_word("AS")) refuse("syntax error: AS and a type expected in CAST");
   const Type target = type();
   expect(")");
-  return converted(target, std::move(value), {});
+  return converted(target, value, {});
 }
 
 }  // namespace pelm::ado::sqlite
