@@ -2,7 +2,7 @@
 // read as it was typed, nowhere taken for markup or script, nowhere encoded once too often.
 import assert from "node:assert/strict";
 
-import { visit } from "./support/visit.mjs";
+import { DESK, PHONE, visit } from "./support/visit.mjs";
 
 const NAME = "João \"D'Ávila\" <ação> & Cia €";
 const HOSTILE = "</script><img src=x onerror=alert(1)>\\' &amp;";
@@ -111,6 +111,9 @@ async function walk(visitor, seen) {
     assert.equal(await visitor.go(address), 200, address);
     await visitor.picture(`page${url.pathname.replace(/\/$/, "").replace(/\W+/g, "-")}`);
     assert.deepEqual(await page.evaluate(faults_of_page, [NAME, HOSTILE]), [], address);
+    await page.setViewportSize(PHONE);
+    await visitor.fits_the_window(`${address} on a phone`);
+    await page.setViewportSize(DESK);
     for (const button of await page.locator("[role=menubar] > li > button").all()) await button.click(); // levels are made when unfolded
     for (const button of await page.locator("[role=menu] > li > button").all()) if (await button.isVisible()) await button.click();
     const links = await page.evaluate(() => [...document.querySelectorAll("a[href]")].filter((link) => link.origin === location.origin && !link.hash)
