@@ -30,7 +30,18 @@ function(pelm_test name)
   # The tests' own code need not be quick, and optimising it doubles the time of its build.
   target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1> $<$<CONFIG:RelWithDebInfo>:-g1>)
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_FILTER "-*/MariaDB*:*/OdbcSQLite"
+                       PROPERTIES TIMEOUT 300)
+endfunction()
+
+# pelm_server_test(NAME): what a program of pelm_test tests on the engines behind drivers, all in one
+# process and one CTest test: a server is started for it.
+function(pelm_server_test name)
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  add_test(NAME "Databases.${name}"
+           COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/tests/databases/mariadb_server.py"
+                   $<TARGET_FILE:${name}> "--gtest_filter=*/MariaDB*:*/OdbcSQLite" --gtest_brief=1)
+  set_tests_properties("Databases.${name}" PROPERTIES TIMEOUT 600)
 endfunction()
 
 # pelm_python_test(FILE [NAME=VALUE…]): each test method of a unittest file in this folder becomes a

@@ -6,6 +6,7 @@
 
 #include "pelm/ado/connection.h"
 #include "pelm/error.h"
+#include "schema/batches.h"
 
 namespace pelm {
 namespace {
@@ -20,7 +21,7 @@ std::string known_engines() {
 
 void run(ado::Connection& connection, const SchemaScript& script) {
   try {
-    connection.Execute(script.text);
+    for (const std::string& batch : batches(script.text)) connection.Execute(batch);
   } catch (const Error& e) {
     throw Error(e.number(), e.source(), std::string(script.name) + ": " + e.description(),
                 e.diagnostics() == nullptr ? nullptr

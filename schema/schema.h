@@ -4,8 +4,8 @@
 ///     pelm::create_schema(connection, "sqlite");
 ///
 /// Each engine has a folder of the same name with the same files in it: tables, views where it has
-/// any, procedures, first_rows. They are part of the program; no file is read. A script may be run
-/// again over a database that has its objects already.
+/// any, functions where it lacks some, procedures, first_rows. They are part of the program; no
+/// file is read. A script may be run again over a database that has its objects already.
 #pragma once
 
 #include <span>
@@ -29,9 +29,10 @@ std::span<const SchemaScript> schema_scripts(std::string_view engine) noexcept;
 /// The engines that have scripts.
 std::span<const std::string_view> schema_engines() noexcept;
 
-/// Runs the scripts in one transaction: all objects are made or none. Raises invalid call (5) for
-/// an engine that is not known, 3709 when the connection is closed, the provider's errors with the
-/// script's name before their description.
+/// Runs the scripts in one transaction: all objects are made or none, but for servers that commit
+/// whenever an object is made (Oracle, MariaDB): there a second run goes on where one failed.
+/// Raises invalid call (5) for an engine that is not known, 3709 when the connection is closed, the
+/// provider's errors with the script's name before their description.
 void create_schema(ado::Connection& connection, std::string_view engine);
 
 }  // namespace pelm

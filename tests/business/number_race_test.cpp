@@ -42,7 +42,7 @@ TEST_P(NumberRace, EightThreadsTakeEachNumberOnce) {
   for (std::size_t t = 0; t < kThreads; ++t) {
     threads.emplace_back([&, t] {
       try {
-        test::ComponentThread own(database);
+        test::ComponentThread own(database, GetParam().kind);
         for (int i = 0; i < kNumbers / kThreads; ++i) {
           taken[t].push_back(own.base().fObterNovoNumOrd("PED"));
         }
@@ -66,7 +66,8 @@ TEST_P(NumberRace, FourProcessesTakeEachNumberOnce) {
   std::list<test::PrintingProcess> takers;
   for (int p = 0; p < kProcesses; ++p) {
     takers.emplace_back(std::string(PELM_NUMBER_TAKER) + " '" + connection_string() + "' " +
-                        std::to_string(kNumbers / kProcesses));
+                        std::to_string(kNumbers / kProcesses) + " " +
+                        std::to_string(GetParam().kind));
   }
   std::vector<std::int32_t> given;
   for (test::PrintingProcess& taker : takers) {

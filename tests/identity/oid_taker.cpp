@@ -6,12 +6,14 @@
 #include "pelm/cmain.h"
 #include "pelm/conn.h"
 #include "pelm/error.h"
+#include "platform/ado/odbc/odbc_provider.h"
 #include "platform/ado/sqlite/sqlite_provider.h"
 
 namespace {
 
 void draw_oids(const std::string& connection_string, int count) {
   pelm::ado::sqlite::register_sqlite_provider();
+  pelm::ado::odbc::register_odbc_provider();
   pelm::CMain main;
   main.CConn()->ConfigureConn(false, connection_string);
   for (; count > 0; --count) std::cout << main.CBase()->Gerar_Oid() << '\n';

@@ -13,6 +13,7 @@
 #include "pelm/manipula_data.h"
 #include "platform/ado/session_pool.h"
 #include "schema/schema.h"
+#include "support/engine_gaps.h"
 
 namespace pelm::test {
 namespace {
@@ -22,6 +23,8 @@ constexpr std::array<std::string_view, 13> kWrittenTables = {
     "item",        "excluido",    "aditivo",         "agrupamento",  "classificacao",
     "categoria",   "chaveunica",  "pessoa",          "pessoafisica", "endereco",
     "comunicacao", "sessaodeuso", "sessaoaplicativo"};
+
+constexpr std::int16_t kTimeout = 60;
 
 std::shared_ptr<ado::Connection> opened(const std::string& connection_string) {
   auto connection = std::make_shared<ado::Connection>();
@@ -42,9 +45,9 @@ std::string shown_row(ado::Recordset& records) {
 
 }  // namespace
 
-ComponentThread::ComponentThread(const std::string& connection_string)
+ComponentThread::ComponentThread(const std::string& connection_string, std::int16_t kind)
     : conn_(main_.CConn()), base_(main_.CBase()) {
-  conn_->ConfigureConn(false, connection_string);
+  conn_->ConfigureConn(false, connection_string, kTimeout, kTimeout, kind);
   conn_->OpenConn();
 }
 
@@ -69,11 +72,15 @@ ComponentFixture::ComponentFixture() = default;
 ComponentFixture::~ComponentFixture() = default;
 
 void ComponentFixture::SetUp() {
+  if (const std::string gap = gap_of_running_test(GetParam().name); !gap.empty()) {
+    GTEST_SKIP() << GetParam().name << ": " << gap;
+  }
   database_ = GetParam().create();
   if (database_ == nullptr) GTEST_SKIP() << GetParam().name << " does not run here";
+  if (GetParam().schema.empty()) GTEST_SKIP() << GetParam().name << " cannot hold the schema";
   inspector_ = opened(connection_string());
-  create_schema(*inspector_, GetParam().provider);
-  thread_ = std::make_unique<ComponentThread>(connection_string());
+  create_schema(*inspector_, GetParam().schema);
+  thread_ = std::make_unique<ComponentThread>(connection_string(), GetParam().kind);
 }
 
 void ComponentFixture::TearDown() {

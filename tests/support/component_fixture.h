@@ -28,7 +28,8 @@ namespace pelm::test {
 /// with empty slots. One a thread at a time.
 class ComponentThread {
  public:
-  explicit ComponentThread(const std::string& connection_string);
+  /// `kind`: `Conn.Database`.
+  explicit ComponentThread(const std::string& connection_string, std::int16_t kind = 1);
   ComponentThread(const ComponentThread&) = delete;
   ComponentThread& operator=(const ComponentThread&) = delete;
   ~ComponentThread();

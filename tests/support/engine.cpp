@@ -9,6 +9,8 @@
 
 #include "platform/ado/session_pool.h"
 #include "platform/ado/sqlite/sqlite_provider.h"
+#include "support/engine_gaps.h"
+#include "support/engine_servers.h"
 
 namespace pelm::test {
 namespace {
@@ -63,7 +65,33 @@ const std::vector<Engine>& engines() {
        .create = create_sqlite,
        .create_counter = create_sqlite_counter,
        .numbered_key = "integer primary key",
-       .refuses_writes_in_read_mode = true},
+       .number = "float",
+       .refuses_writes_in_read_mode = true,
+       .schema = "sqlite"},
+      {.name = "MariaDB",
+       .provider = "MSDASQL",
+       .create = create_mariadb,
+       .create_counter = create_mariadb_counter,
+       .numbered_key = "integer auto_increment primary key",
+       .number = "double",
+       .refuses_writes_in_read_mode = false,
+       .schema = "mariadb"},
+      {.name = "MariaDBOracle",
+       .provider = "MSDASQL",
+       .create = create_mariadb_oracle,
+       .create_counter = create_mariadb_oracle_counter,
+       .numbered_key = "integer auto_increment primary key",
+       .number = "double",
+       .refuses_writes_in_read_mode = false,
+       .schema = "mariadb-oracle",
+       .kind = 2},
+      {.name = "OdbcSQLite",
+       .provider = "MSDASQL",
+       .create = create_odbc_sqlite,
+       .create_counter = create_odbc_sqlite_counter,
+       .numbered_key = "integer primary key autoincrement",
+       .number = "double",
+       .refuses_writes_in_read_mode = false},
   };
   return kEngines;
 }
@@ -72,6 +100,9 @@ DatabaseTest::DatabaseTest() = default;
 DatabaseTest::~DatabaseTest() = default;
 
 void DatabaseTest::SetUp() {
+  if (const std::string gap = gap_of_running_test(GetParam().name); !gap.empty()) {
+    GTEST_SKIP() << GetParam().name << ": " << gap;
+  }
   database_ = GetParam().create();
   if (database_ == nullptr) GTEST_SKIP() << GetParam().name << " does not run here";
   connection = connect();
@@ -91,7 +122,8 @@ std::shared_ptr<ado::Connection> DatabaseTest::connect() const {
 
 void DatabaseTest::create_pessoa() {
   run("create table pessoa (oid integer not null primary key, nome varchar(20) not null, "
-      "peso float, nascido datetime, ativo bit, notas text)");
+      "peso " +
+      std::string(GetParam().number) + ", nascido datetime, ativo bit, notas text)");
 }
 
 void DatabaseTest::add_pessoa(int oid, std::string_view nome) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -35,8 +36,14 @@ struct Engine {
   void (*create_counter)(ado::Connection&);
   /// The type of a whole-number key that the engine numbers itself, as a column is declared.
   std::string_view numbered_key;
+  /// The type of a number of double precision, as a column is declared.
+  std::string_view number;
   /// A connection can be read-only.
   bool refuses_writes_in_read_mode;
+  /// Whose scripts of schema/ make the component's tables; empty where it cannot work.
+  std::string_view schema = {};
+  /// `Conn.Database`: 1 reads SQL Server's dialect, 2 Oracle's.
+  std::int16_t kind = 1;
 };
 
 /// By its name, in the reports of tests.

@@ -5,6 +5,7 @@
 
 #include "pelm/error.h"
 #include "pelm/version.h"
+#include "platform/ado/odbc/odbc_provider.h"
 #include "platform/ado/sqlite/sqlite_provider.h"
 #include "tools/pelm/commands.h"
 
@@ -24,6 +25,7 @@ int tell(const std::string& what, int status) {
 
 int run(int argc, char** argv) {
   ado::sqlite::register_sqlite_provider();
+  ado::odbc::register_odbc_provider();
   int status = kDone;
   CLI::App program(kAbout, "pelm");
   program.set_version_flag("--version", "pelm " + std::string(kVersion));

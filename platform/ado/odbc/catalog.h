@@ -1,0 +1,34 @@
+/// What a session knows of tables: their columns and their keys.
+#pragma once
+
+#include <sql.h>
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/ado/provider.h"
+
+namespace pelm::ado::odbc {
+
+/// The columns that make up a table's key, by name; empty where there is none or the driver does
+/// not tell. Asks the database.
+std::vector<std::string> key_columns(SQLHSTMT statement, std::string_view table);
+
+class Catalog {
+ public:
+  using Columns = std::shared_ptr<const std::vector<Column>>;
+
+  /// The description kept of a table, when its columns are still those in `found`; else null.
+  Columns find(std::string_view table, std::span<const Column> found) const;
+  Columns keep(std::string_view table, std::vector<Column> columns,
+               std::span<const std::string> key);
+
+ private:
+  std::unordered_map<std::string, Columns> tables_;
+};
+
+}  // namespace pelm::ado::odbc

@@ -1,0 +1,11 @@
+-- The rows that the component cannot begin without, for SQL Server.
+--
+-- Running the script again changes nothing.
+
+-- Delta 100: a thread asks the database for numbers once in a hundred new items, and a server that
+-- is restarted leaves at most a hundred unused a thread. The first number given out is 100001:
+-- numbers below are the application's own (classes, roles, categories, the reserved 7), which its
+-- seed data names one by one; those known reach 12493.
+IF NOT EXISTS (SELECT 1 FROM controlaoid)
+INSERT INTO controlaoid (Delta, UltimoOID) VALUES (100, 100000)
+GO

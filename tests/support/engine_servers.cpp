@@ -1,0 +1,140 @@
+// Databases behind drivers, each made anew and dropped at its end.
+#include "support/engine_servers.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <system_error>
+
+#include <unistd.h>
+
+#include "pelm/ado/connection.h"
+#include "platform/ado/odbc/odbc_provider.h"
+#include "platform/ado/session_pool.h"
+#include "platform/ado/sqlite/sqlite_provider.h"
+
+namespace pelm::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+void register_providers() {
+  ado::sqlite::register_sqlite_provider();  // some tests open a file beside
+  ado::odbc::register_odbc_provider();
+}
+
+std::string unused_name() {
+  static std::atomic<int> count{0};
+  return "pelm_" + std::to_string(getpid()) + "_" + std::to_string(++count);
+}
+
+class MariaDbDatabase final : public FreshDatabase {
+ public:
+  /// `settings` go behind the connection string.
+  MariaDbDatabase(const char* socket, std::string collation, std::string settings)
+      : server_("Driver={MariaDB Unicode};Socket=" + std::string(socket) +
+                ";UID=root;Charset=utf8mb4"),
+        name_(unused_name()),
+        settings_(std::move(settings)) {
+    on_server("create database " + name_ + " character set utf8mb4 collate " + collation);
+  }
+  ~MariaDbDatabase() override {
+    ado::empty_session_pool();
+    try {
+      on_server("drop database " + name_);
+    } catch (const std::exception&) {
+      return;  // a test has stopped the server
+    }
+    ado::empty_session_pool();
+  }
+  std::string connection_string() const override {
+    return server_ + ";Database=" + name_ + settings_;
+  }
+
+ private:
+  void on_server(const std::string& sql) const {
+    ado::Connection connection;
+    connection.Open(server_ + ";Database=mysql");
+    connection.Execute(sql);
+  }
+
+  std::string server_;
+  std::string name_;
+  std::string settings_;
+};
+
+std::unique_ptr<FreshDatabase> create_on_mariadb(const char* collation, const char* settings) {
+  register_providers();
+  const char* const socket = std::getenv("PELM_TEST_MARIADB");
+  if (socket == nullptr) return nullptr;
+  return std::make_unique<MariaDbDatabase>(socket, collation, settings);
+}
+
+class OdbcSqliteFile final : public FreshDatabase {
+ public:
+  OdbcSqliteFile() : folder_(fs::temp_directory_path() / ("test-" + unused_name())) {
+    fs::create_directory(folder_);
+  }
+  ~OdbcSqliteFile() override {
+    ado::empty_session_pool();
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
+  std::string connection_string() const override {
+    return "Driver={SQLite3};SyncPragma=OFF;Timeout=10000;Database=" +
+           (folder_ / "test.db").string();
+  }
+
+ private:
+  fs::path folder_;
+};
+
+bool has_driver(const std::string& name) {
+  std::ifstream drivers("/etc/odbcinst.ini");
+  for (std::string line; std::getline(drivers, line);) {
+    if (line == "[" + name + "]") return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::unique_ptr<FreshDatabase> create_mariadb() {
+  return create_on_mariadb("utf8mb4_uca1400_as_ci", "");
+}
+
+std::unique_ptr<FreshDatabase> create_mariadb_oracle() {
+  return create_on_mariadb("utf8mb4_bin",
+                           ";InitStmt={SET sql_mode=\"ORACLE,EMPTY_STRING_IS_NULL,"
+                           "STRICT_TRANS_TABLES,ERROR_FOR_DIVISION_BY_ZERO\"}");
+}
+
+void create_mariadb_counter(ado::Connection& connection) {
+  connection.Execute("create table contador (valor integer not null)");
+  connection.Execute("insert into contador (valor) values (5)");
+  connection.Execute(
+      "create procedure avancar(out novo integer) begin update contador set valor = valor + 1; "
+      "select valor into novo from contador; end");
+}
+
+void create_mariadb_oracle_counter(ado::Connection& connection) {
+  connection.Execute("create table contador (valor integer not null)");
+  connection.Execute("insert into contador (valor) values (5)");
+  connection.Execute(
+      "create procedure avancar(novo out integer) as begin update contador set valor = valor + 1; "
+      "select valor into novo from contador; end;");
+}
+
+std::unique_ptr<FreshDatabase> create_odbc_sqlite() {
+  register_providers();
+  if (!has_driver("SQLite3")) return nullptr;
+  return std::make_unique<OdbcSqliteFile>();
+}
+
+void create_odbc_sqlite_counter(ado::Connection& connection) {
+  connection.Execute("create procedure avancar as begin select 1 as novo; end");
+}
+
+}  // namespace pelm::test
