@@ -19,6 +19,7 @@ thread that got it.
 
 `help(main.CBase)` and `help(main.CBase.cadastrar_item)` tell what there is.
 """
+from . import constants
 from ._classes import Object
 from ._errors import Error
 from ._library import library_version
@@ -27,5 +28,5 @@ from ._records import Row
 from ._values import ByRef, Missing, Null
 
 __version__ = "0.1.0"
-__all__ = ["ByRef", "Dispatch", "Error", "Missing", "Null", "Object", "Page", "Row", "describe",
-           "library_version"]
+__all__ = ["ByRef", "Dispatch", "Error", "Missing", "Null", "Object", "Page", "Row", "constants",
+           "describe", "library_version"]

@@ -177,7 +177,8 @@ def _property(member):
 
 
 def _made(row, bases):
-    made = "" if "programmatic_identifier" not in row else f"\n\nMade by Dispatch(\"{row['programmatic_identifier']}\")."
+    identifier = row.get("programmatic_identifier")
+    made = f'\n\nMade by Dispatch("{identifier}").' if identifier else ""
     contents = {"__slots__": (), "__doc__": row["help"] + made,
                 "_members": {m["name"].lower(): m for m in row["members"]}}
     for member in row["members"]:

@@ -32,7 +32,8 @@ class ApiReference(unittest.TestCase):
     def test_a_warning_fails_it(self):
         with tempfile.TemporaryDirectory() as folder:
             wrong = Path(folder) / "wrong.h"
-            wrong.write_text("/// A header.\n\n/// Wrong.\n/// \\param other is none of its arguments\nvoid wrong(int one);\n")
+            wrong.write_text("/// A header.\n\n/// Wrong.\n/// \\param other is no argument of it\n"
+                             "void wrong(int one);\n")
             answer = self.build(folder, f"INPUT = {folder}")
             self.assertNotEqual(0, answer.returncode)
             self.assertIn("other", answer.stderr)

@@ -1,7 +1,6 @@
 # The Debian packages: what they hold, and that dpkg installs, upgrades and removes them.
 import os
 import re
-import shutil
 import subprocess
 import tempfile
 import unittest
@@ -9,6 +8,8 @@ from pathlib import Path
 
 PATIENCE = 300
 VERSION = os.environ["PELM_VERSION"]
+# The lists of users, where the service's user stays, and the loader's cache.
+MADE_BY_THE_SYSTEM = r"etc/(passwd|group|g?shadow)-?|etc/\.pwd\.lock|etc/ld\.so\.cache|var/cache/ldconfig/aux-cache"
 
 
 def run(*command, **options):
@@ -34,8 +35,9 @@ class ScratchRoot:
     def dpkg(self, *arguments):
         # dpkg must believe that it is root; a name space of its own makes it so without being so.
         as_root = [] if os.geteuid() == 0 else ["unshare", "--map-root-user"]
+        environment = {**os.environ, "LC_ALL": "C.UTF-8", "PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"}
         return run(*as_root, "dpkg", f"--root={self.path}", "--force-script-chrootless", "--force-depends",
-                   "--force-not-root", "--log=/dev/null", *arguments, env={**os.environ, "LC_ALL": "C.UTF-8"})
+                   "--force-not-root", "--log=/dev/null", *arguments, env=environment)
 
     def files(self):
         """Every file outside of dpkg's own book-keeping."""
@@ -54,6 +56,10 @@ class Packages(unittest.TestCase):
     def contents(self, package):
         lines = run("dpkg-deb", "--contents", self.packages[package]).splitlines()
         return {line.split()[5].removeprefix("."): line.split()[:2] for line in lines}
+
+    def control_files(self, package):
+        run("dpkg-deb", "--control", self.packages[package], self.work / f"{package}.control")
+        return {p.name for p in (self.work / f"{package}.control").iterdir()}
 
     def field(self, package, name):
         return run("dpkg-deb", "--field", self.packages[package], name).strip()
@@ -87,7 +93,10 @@ class Packages(unittest.TestCase):
         self.assertRegex(self.field("pelm", "Depends"), r"libmozjs-102-0.*systemd \| systemd-standalone-sysusers"
                                                         r"|systemd \| systemd-standalone-sysusers.*libmozjs-102-0")
         self.assertIn("/etc/pelm/pelm.ini", run("dpkg-deb", "--info", self.packages["pelm"], "conffiles"))
-        self.assertIn("ldconfig", run("dpkg-deb", "--info", self.packages["libpelm0"], "triggers"))
+        self.assertEqual(f"libpelm 0 libpelm0 (>= {VERSION})\n",
+                         run("dpkg-deb", "--info", self.packages["libpelm0"], "shlibs"))
+        self.assertEqual({"control", "md5sums", "postinst", "postrm", "shlibs"}, self.control_files("libpelm0"))
+        self.assertEqual({"control", "md5sums"}, self.control_files("libpelm-dev"))
 
     def assert_stripped(self):
         for package, path in (("libpelm0", f"usr/{os.environ['LIBDIR']}/libpelm.so.0"), ("pelm", "usr/bin/pelm"),
@@ -102,7 +111,9 @@ class Packages(unittest.TestCase):
         for _ in range(2):  # the second time it is an upgrade
             root.dpkg("--install", *self.packages.values())
         self.assertIn("pelm:", (root.path / "etc/passwd").read_text())
-        states = run("dpkg-query", f"--admindir={root.path}/var/lib/dpkg", "--show", "--showformat=${db:Status-Status} ")
+        self.assertIn("libpelm.so.0", run("/sbin/ldconfig", "-p", "-C", root.path / "etc/ld.so.cache"))
+        states = run("dpkg-query", f"--admindir={root.path}/var/lib/dpkg", "--show",
+                     "--showformat=${db:Status-Status} ")
         self.assertEqual(["installed"] * 3, states.split())
         self.assertTrue((root.path / "etc/systemd/system/multi-user.target.wants/pelm.service").is_symlink())
         page = root.path / "usr/share/pelm/crm/site/itens/default.page"
@@ -114,7 +125,7 @@ class Packages(unittest.TestCase):
         self.assertIn("port=9000", ini.read_text())
         self.assertFalse((root.path / "usr/bin/pelm").exists())
         root.dpkg("--purge", *self.packages)
-        left = root.files() - before - {p for p in root.files() if re.match(r"etc/(passwd|group|g?shadow)-?$|etc/\.pwd", p)}
+        left = {p for p in root.files() - before if not re.fullmatch(MADE_BY_THE_SYSTEM, p)}
         self.assertEqual(set(), left)
 
 

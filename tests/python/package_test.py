@@ -36,13 +36,20 @@ class Package(unittest.TestCase):
         self.assertEqual((24, 8, 16), (_library.ctypes.sizeof(_library.Value), _library.Value.held.offset,
                                        _library.ctypes.sizeof(_library.Held)))
 
+    def test_its_constants_are_the_headers(self):
+        header = (ROOT / "include/pelm/ado/constants.h").read_text(encoding="utf-8")
+        declared = {name: int(value) for name, value in re.findall(r"\b(ad\w+) = (-?\d+)", header)}
+        self.assertGreater(len(declared), 40)
+        named = {name: value for name, value in vars(pelm.constants).items() if name.startswith("ad")}
+        self.assertEqual(declared, named)
+
     def test_pip_installs_it_from_the_tree_without_a_network(self):
         with tempfile.TemporaryDirectory() as folder:
             answer = python("-m", "pip", "install", "--quiet", "--no-index", "--disable-pip-version-check",
                             "--no-cache-dir", "--target", folder, str(ROOT / "python"), LD_PRELOAD="")
             self.assertEqual(0, answer.returncode, answer.stderr)
-            answer = python("-c", "import pelm; print(pelm.__file__, pelm.Dispatch('PelmComum2008.CMain').myCDbl('1.5'))",
-                            PYTHONPATH=folder)
+            program = "import pelm; print(pelm.__file__, pelm.Dispatch('PelmComum2008.CMain').myCDbl('1.5'))"
+            answer = python("-c", program, PYTHONPATH=folder)
             self.assertEqual(f"{folder}/pelm/__init__.py 1.05\n", answer.stdout, answer.stderr)
             self.assertEqual({"pelm", f"pelm-{pelm.__version__}.dist-info"}, set(os.listdir(folder)))
             listed = (Path(folder) / f"pelm-{pelm.__version__}.dist-info/METADATA").read_text(encoding="utf-8")
