@@ -11,7 +11,7 @@ import { Sample } from "./sample.mjs";
 const PICTURES = process.env.PELM_PICTURES;
 const PATIENCE = Number(process.env.PELM_PATIENCE ?? 60_000); // ms for the browser to do what it was asked for
 const FLAGS = ["--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
-               "--disable-component-update", "--disable-sync", "--disable-extensions"];
+               "--disable-component-update", "--disable-sync", "--disable-extensions", "--disable-dev-shm-usage"];
 export const DESK = { width: 1280, height: 800 };
 export const PHONE = { width: 360, height: 740 };
 
