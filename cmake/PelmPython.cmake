@@ -1,5 +1,5 @@
-# PELM_PYTHON_ENVIRONMENT: what a test needs that loads the C library of this build into Python.
-set(PELM_PYTHON_ENVIRONMENT
+# Tests that load the C library of this build into Python.
+set(environment
   "PELM=$<TARGET_FILE:pelm>"
   "PELM_VERSION=${PROJECT_VERSION}"
   "PELM_LIBRARY=$<TARGET_FILE:pelm_c>"
@@ -15,5 +15,14 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=address")
     list(APPEND preloaded "${found}")
   endforeach()
   list(JOIN preloaded ":" preloaded)
-  list(APPEND PELM_PYTHON_ENVIRONMENT "LD_PRELOAD=${preloaded}" "ASAN_OPTIONS=detect_leaks=0")
+  list(APPEND environment "LD_PRELOAD=${preloaded}" "ASAN_OPTIONS=detect_leaks=0")
 endif()
+set(PELM_PYTHON_ENVIRONMENT ${environment})
+
+# pelm_embedding_test(FILE): pelm_python_test for a file that loads the library. Not with the thread
+# sanitizer, which would watch the interpreter's own threads without knowing them.
+function(pelm_embedding_test file)
+  if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
+    pelm_python_test(${file} ${PELM_PYTHON_ENVIRONMENT})
+  endif()
+endfunction()
