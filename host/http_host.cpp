@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -52,12 +53,17 @@ ConnectionLimits connection_limits(const HostOptions& options) {
 std::size_t announced_length(const httplib::Request& request) {
   const std::string text = request.get_header_value("Content-Length");
   std::size_t length = 0;
-  std::from_chars(text.data(), text.data() + text.size(), length);
-  return length;
+  const std::errc error = std::from_chars(text.data(), text.data() + text.size(), length).ec;
+  return error == std::errc::result_out_of_range ? SIZE_MAX : length;
 }
 
 bool announces_body(const httplib::Request& request) {
   return announced_length(request) > 0 || request.has_header("Transfer-Encoding");
+}
+
+bool is_whole_number(std::string_view text) {
+  return !text.empty() &&
+         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 /// A body whose end two readers could see differently is the way to smuggle a request past a
@@ -66,6 +72,8 @@ bool is_ambiguous(const httplib::Request& request) {
   const auto lengths = request.get_header_value_count("Content-Length");
   const auto encodings = request.get_header_value_count("Transfer-Encoding");
   if (lengths + encodings > 1) return true;
+  const std::string length = request.get_header_value("Content-Length");
+  if (lengths == 1 && !is_whole_number(length)) return true;
   return encodings == 1 &&
          !text::equal_case_blind(request.get_header_value("Transfer-Encoding"), "chunked");
 }

@@ -175,8 +175,22 @@ TEST_F(HttpConnection, NoRequestIsSmuggledInABody) {
   }
 }
 
+TEST_F(HttpConnection, ALengthThatIsNoNumberIsRefusedAndTheConnectionCloses) {
+  start();
+  for (const std::string length : {"-1", "+5", "0x5", "5, 5", "5 5", "cinco"}) {
+    EXPECT_THAT(
+        exchange("POST /f.page HTTP/1.1\r\nHost: x\r\nContent-Length: " + length + "\r\n\r\na=abc"),
+        StartsWith("HTTP/1.1 400 "))
+        << length;
+  }
+  EXPECT_THAT(exchange("POST /f.page HTTP/1.1\r\nHost: x\r\nContent-Length: "
+                       "99999999999999999999999\r\n\r\na=abc"),
+              StartsWith("HTTP/1.1 413 "));
+}
+
 TEST_F(HttpConnection, NonsenseIsRefusedAndTheHostGoesOn) {
   options_.read_timeout = std::chrono::seconds(1);
+  options_.keep_alive = std::chrono::seconds(1);
   start();
   for (const std::string& text :
        {std::string("\r\n\r\n"), std::string("XYZ\r\n\r\n"), std::string(300'000, 'a'),
