@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "business/base_test.h"
+#include "support/atualoid.h"
 
 namespace pelm {
 namespace {
@@ -19,8 +20,7 @@ TEST_P(GerarOid, TheLastOidOfARangeIsGivenTwice) {
 }
 
 TEST_P(GerarOid, IsZeroWhenTheSizeOfARangeCannotBeRead) {
-  run("delete from pelm_procedure; insert into pelm_procedure (name, parameters, script) values "
-      "('atualoid', '@novooid INTEGER OUTPUT', 'SELECT 1100 AS novooid')");
+  for (const std::string& sql : test::atualoid_that_gives(GetParam(), "1100")) run(sql);
   run("delete from controlaoid");
   thread().forget_oids();
   EXPECT_EQ(base().Gerar_Oid(), 0);

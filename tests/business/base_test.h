@@ -42,7 +42,9 @@ class BaseTest : public ComponentFixture {
       calls = recorder.texts();
     }
     thread().reopen();
-    for (std::string& call : calls) std::erase(call, '"');
+    for (std::string& call : calls) {
+      std::erase_if(call, [](char c) { return c == '"' || c == '`'; });
+    }
     return calls;
   }
 

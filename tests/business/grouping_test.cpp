@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "business/base_test.h"
+#include "support/atualoid.h"
 
 namespace pelm {
 namespace {
@@ -47,7 +48,7 @@ TEST_P(CadastrarAgrupamento, ATableThatIsMissingHasTheOperationsSourceAndUsesUpA
 }
 
 TEST_P(CadastrarAgrupamento, AnErrorOfTheAllocatorHasTheOperationsSource) {
-  run("delete from pelm_procedure");
+  run(test::drop_atualoid(GetParam()));
   thread().forget_oids();
   EXPECT_THAT(raised([&] { base().cadastrar_agrupamento(11, 12, 13); }),
               Raised(error_number::kErrorsInCommand, of_base("cadastrar_agrupamento"), testing::_));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "business/base_test.h"
+#include "support/atualoid.h"
 #include "support/faulty_provider.h"
 
 namespace pelm {
@@ -299,7 +300,7 @@ TEST_P(FObterNovoNumOrd, TheRepeatedOidOfARangeRefusesNoNumber) {
 }
 
 TEST_P(FObterNovoNumOrd, AnErrorOfTheAllocatorStoresNothing) {
-  run("delete from pelm_procedure");
+  run(test::drop_atualoid(GetParam()));
   thread().forget_oids();
   EXPECT_THAT(raised([&] { base().fObterNovoNumOrd("PED"); }),
               Raised(error_number::kErrorsInCommand, of_base("fObterNovoNumOrd"), testing::_));

@@ -222,8 +222,8 @@ TEST_P(OpenTable, OpensForAddingAndReportsTheCommandsText) {
 }
 
 TEST_P(OpenTable, AMissingTableIsTheDatabasesError) {
-  EXPECT_THAT(raised([&] { conn().OpenTable("X"); }),
-              Raised(error_number::kNoTable, kOpenTable, testing::HasSubstr("X")));
+  EXPECT_THAT(raised([&] { conn().OpenTable("nenhuma"); }),
+              Raised(error_number::kNoTable, kOpenTable, testing::HasSubstr("nenhuma")));
 }
 
 TEST_P(OpenTable, TheNameIsNotTranslated) {

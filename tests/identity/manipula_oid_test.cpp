@@ -10,6 +10,7 @@
 
 #include "frame/thread_slots.h"
 #include "pelm/error.h"
+#include "support/atualoid.h"
 #include "support/component_fixture.h"
 #include "support/faulty_provider.h"
 #include "support/raised_matchers.h"
@@ -33,9 +34,9 @@ class GerarOid : public test::ComponentFixture {
     for (int i = 0; i < count; ++i) oids.push_back(base().Gerar_Oid());
     return oids;
   }
-  /// Another body for the procedure, whose text is the embedded engine's.
-  void atualoid_gives(const std::string& script) {
-    run("update pelm_procedure set script = '" + script + "' where name = 'atualoid'");
+  /// Another body for the procedure.
+  void atualoid_gives(std::string_view number, std::string_view before = {}) {
+    for (const std::string& sql : test::atualoid_that_gives(GetParam(), number, before)) run(sql);
   }
 };
 PELM_ON_EVERY_ENGINE(GerarOid);
@@ -66,7 +67,7 @@ TEST_P(GerarOid, TellsTheRangeItHolds) {
 }
 
 TEST_P(GerarOid, WithoutARangeSizeItGivesZeroAfterTheReservationIsCommitted) {
-  atualoid_gives("UPDATE reserva SET feitas = feitas + 1; SELECT 10 AS novooid");
+  atualoid_gives("10", "UPDATE reserva SET feitas = feitas + 1");
   run("create table reserva (feitas integer)");
   run("insert into reserva values (0)");
   run("delete from controlaoid");
@@ -76,7 +77,7 @@ TEST_P(GerarOid, WithoutARangeSizeItGivesZeroAfterTheReservationIsCommitted) {
 }
 
 TEST_P(GerarOid, ANonPositiveEndIsRolledBackAndGivesANonPositiveOid) {
-  atualoid_gives("UPDATE controlaoid SET UltimoOID = UltimoOID + 1; SELECT -5 AS novooid");
+  atualoid_gives("-5", "UPDATE controlaoid SET UltimoOID = UltimoOID + 1");
   run("update controlaoid set Delta = 3, UltimoOID = 7");
   EXPECT_EQ(base().Gerar_Oid(), -7);
   EXPECT_EQ(row("select UltimoOID from controlaoid"), "7");
@@ -92,7 +93,7 @@ TEST_P(GerarOid, TheRangesSizeIsReadAnewForEachRange) {
 }
 
 TEST_P(GerarOid, ARangesSizeBeyond16BitsOverflows) {
-  atualoid_gives("SELECT 100000 AS novooid");
+  atualoid_gives("100000");
   run("drop table controlaoid");
   run("create table controlaoid (Delta integer)");
   run("insert into controlaoid values (40000)");
@@ -100,7 +101,7 @@ TEST_P(GerarOid, ARangesSizeBeyond16BitsOverflows) {
 }
 
 TEST_P(GerarOid, OidArithmeticOverflowsAt32Bits) {
-  atualoid_gives("SELECT -2147483647 AS novooid");
+  atualoid_gives("-2147483647");
   run("update controlaoid set Delta = 100");
   EXPECT_THAT(raised([&] { base().Gerar_Oid(); }), Raised(error_number::kOverflow, kObtemFaixaOID));
 }
@@ -176,7 +177,7 @@ TEST_P(GerarOid, EachThreadHasItsOwnRange) {
 
 TEST_P(GerarOid, PastItsRangeTheAllocatorGivesZeroAndChangesNothing) {
   // A range of size 0 begins one behind its own end.
-  atualoid_gives("SELECT 10 AS novooid");
+  atualoid_gives("10");
   run("drop table controlaoid");
   run("create table controlaoid (Delta smallint)");
   run("insert into controlaoid values (0)");

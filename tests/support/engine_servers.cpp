@@ -102,13 +102,16 @@ bool has_driver(const std::string& name) {
 }  // namespace
 
 std::unique_ptr<FreshDatabase> create_mariadb() {
-  return create_on_mariadb("utf8mb4_uca1400_as_ci", "");
+  return create_on_mariadb(
+      "utf8mb4_uca1400_as_ci",
+      ";InitStmt={SET sql_mode=CONCAT(@@sql_mode, \",NO_BACKSLASH_ESCAPES\")}");
 }
 
 std::unique_ptr<FreshDatabase> create_mariadb_oracle() {
   return create_on_mariadb("utf8mb4_bin",
                            ";InitStmt={SET sql_mode=\"ORACLE,EMPTY_STRING_IS_NULL,"
-                           "STRICT_TRANS_TABLES,ERROR_FOR_DIVISION_BY_ZERO\"}");
+                           "STRICT_TRANS_TABLES,ERROR_FOR_DIVISION_BY_ZERO,"
+                           "NO_BACKSLASH_ESCAPES\"}");
 }
 
 void create_mariadb_counter(ado::Connection& connection) {

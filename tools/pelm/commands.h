@@ -29,6 +29,7 @@ void add_serve(CLI::App& program, int& status);
 void add_page(CLI::App& program, int& status);
 void add_schema(CLI::App& program, int& status);
 void add_translate(CLI::App& program, int& status);
+void add_init(CLI::App& program, int& status);
 void add_check(CLI::App& program, int& status);
 void add_barcode(CLI::App& program, int& status);
 void add_describe(CLI::App& program, int& status);

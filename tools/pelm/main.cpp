@@ -39,6 +39,7 @@ int run(int argc, char** argv) {
   add_page(program, status);
   add_schema(program, status);
   add_translate(program, status);
+  add_init(program, status);
   add_check(program, status);
   add_barcode(program, status);
   add_describe(program, status);
