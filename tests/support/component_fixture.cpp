@@ -113,7 +113,7 @@ void ComponentFixture::TearDown() {
   inspector_.reset();
   EXPECT_EQ(ado::session_counts().in_use, 0U) << "a session was leaked";
   ado::empty_session_pool();
-  if (database_ != nullptr && GetParam().provider == "MSDASQL") {
+  if (database_ != nullptr && GetParam().provider == "MSDASQL" && !has_other_tables_) {
     used_databases()[GetParam().name] = std::move(database_);
   }
 }
@@ -131,7 +131,11 @@ std::string ComponentFixture::row(std::string_view sql) const {
   return all.front();
 }
 
-void ComponentFixture::run(std::string_view sql) const { inspector_->Execute(sql); }
+void ComponentFixture::run(std::string_view sql) const {
+  const std::string_view verb = sql.substr(0, sql.find(' '));
+  has_other_tables_ |= verb == "create" || verb == "drop" || verb == "alter";
+  inspector_->Execute(sql);
+}
 
 std::string ComponentFixture::row_counts() const {
   std::string counts;

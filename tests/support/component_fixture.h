@@ -78,6 +78,8 @@ class ComponentFixture : public testing::TestWithParam<Engine> {
 
  private:
   std::unique_ptr<FreshDatabase> database_;
+  mutable bool has_other_tables_ =
+      false;  // than the schema makes; the next test needs a new database
   std::shared_ptr<ado::Connection> inspector_;
   std::unique_ptr<ComponentThread> thread_;
 };

@@ -21,6 +21,7 @@ std::string gap_of_running_test(std::string_view engine) {
     std::string lacking;
     std::string lacked;
     words >> lacking >> lacked >> std::ws;
+    if (lacking.starts_with('?')) lacking.erase(0, 1);
     std::string why;
     std::getline(words, why);
     if (lacking == engine && lacked == test) return why;
