@@ -43,7 +43,7 @@ class CommandLine(unittest.TestCase):
     def test_unknown_commands_and_options_are_refused_by_name(self):
         self.assert_refused(2, "sreve", "sreve")
         self.assert_refused(2, "--prot", "serve", "--prot", "80")
-        self.assert_refused(2, "oracle", "schema", "oracle")
+        self.assert_refused(2, "paradox", "schema", "paradox")
 
     def test_values_out_of_range_are_refused(self):
         self.assert_refused(2, "--port", "serve", "--port", "65536")
