@@ -1,117 +1,24 @@
-// The component beside the floor: the same records from C++, by names, from a page's script, and by
-// hand over the engine's C interface. Before anything is timed, all of them must leave the same
-// rows.
+// The component beside the floor and beside what people would pick instead: the same records from
+// C++, by names, by hand over the engine's C interface, and through other libraries. Before
+// anything is timed, all of them must leave the same rows.
 //
 // Names are operation/storage/participant; "items_per_second" counts operations.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "automation/dispatch.h"
-#include "bench/c_floor.h"
-#include "bench/crm_database.h"
-#include "frame/mod_principal.h"
+#include "bench/operations.h"
 #include "pelm/ado/connection.h"
 #include "pelm/ado/recordset.h"
-#include "pelm/base.h"
-#include "pelm/cmain.h"
-#include "pelm/conn.h"
 #include "pelm/conversions.h"
 #include "platform/ado/sqlite/sqlite_provider.h"
 
 namespace pelm::bench {
 namespace {
-
-constexpr int kItems = 100'000;
-constexpr int kPosition = 30;
-constexpr int kCompany = 40;
-
-/// What is measured, as each participant does it. Every call is given another number.
-struct Operations {
-  std::function<void(int)> insert_item;
-  std::function<void(int)> change_item;
-  std::function<std::string(int)> item_name;
-  std::function<void(int)> insert_contact;
-};
-
-int existing(int n) { return CrmDatabase::kFirstItem + n % kItems; }
-int fresh(int n) { return 10'000'000 + n; }
-std::string name(int n) { return "Contrato número " + std::to_string(n); }
-
-Operations floor_operations(const CrmDatabase& database) {
-  auto floor = std::make_shared<CFloor>(database);
-  return {[floor](int n) { floor->insert_item(fresh(n), name(n)); },
-          [floor](int n) { floor->change_item(existing(n), name(n)); },
-          [floor](int n) { return floor->item_name(existing(n)); },
-          [floor](int n) { floor->insert_contact(name(n), kPosition, kCompany); }};
-}
-
-/// The shared objects of this thread, open on the database until the next one takes them; no range
-/// of OIDs is left from the one before.
-std::shared_ptr<CMain> opened(const CrmDatabase& database) {
-  frame::Main();
-  auto main = std::make_shared<CMain>();
-  const auto conn = main->CConn();
-  conn->CloseConn();
-  conn->Conex(nullptr);
-  conn->ConfigureConn(false, database.connection_string());
-  conn->OpenConn();
-  return main;
-}
-
-Operations direct_operations(const CrmDatabase& database) {
-  const auto main = opened(database);
-  const std::shared_ptr<Base> base = main->CBase();
-  return {[main, base](int n) { base->cadastrar_item(1, name(n), 20, fresh(n)); },
-          [base](int n) { base->alterar_item(existing(n), 1, Variant(name(n))); },
-          [base](int n) { return base->fObterNomeItem(existing(n)); },
-          [base](int n) { base->cadastrar_contato(name(n), kPosition, kCompany); }};
-}
-
-Operations named_operations(const CrmDatabase& database) {
-  const auto main = opened(database);
-  const ObjectRef base = main->CBase();
-  const auto call = [base](std::string_view member, std::vector<OptionalArg> arguments) {
-    return automation::call(*base, member, arguments);
-  };
-  return {[main, call](int n) {
-            call("cadastrar_item", {Variant(1), Variant(name(n)), Variant(20), Variant(fresh(n))});
-          },
-          [call](int n) {
-            call("alterar_item", {Variant(existing(n)), Variant(1), Variant(name(n))});
-          },
-          [call](int n) { return to_text(call("fObterNomeItem", {Variant(existing(n))})); },
-          [call](int n) {
-            call("cadastrar_contato", {Variant(name(n)), Variant(kPosition), Variant(kCompany)});
-          }};
-}
-
-struct Participant {
-  std::string_view name;
-  Operations (*make)(const CrmDatabase&);
-};
-constexpr std::array kParticipants = {Participant{"c", floor_operations},
-                                      Participant{"component", direct_operations},
-                                      Participant{"by_name", named_operations}};
-
-struct Operation {
-  std::string_view name;
-  void (*run)(const Operations&, int);
-};
-constexpr std::array kOperations = {
-    Operation{"cadastrar_item", [](const Operations& o, int n) { o.insert_item(n); }},
-    Operation{"alterar_item", [](const Operations& o, int n) { o.change_item(n); }},
-    Operation{"fObterNomeItem",
-              [](const Operations& o, int n) { benchmark::DoNotOptimize(o.item_name(n)); }},
-    Operation{"cadastrar_contato", [](const Operations& o, int n) { o.insert_contact(n); }}};
 
 /// Every row that the operations write, without the moments, which differ.
 std::string rows_of(const CrmDatabase& database) {
@@ -138,13 +45,13 @@ std::string rows_of(const CrmDatabase& database) {
 /// Ends the program when the participants do not do the same work.
 void check_equality() {
   std::string first;
-  for (const Participant& participant : kParticipants) {
+  for (const Participant& participant : participants()) {
     const CrmDatabase database(Storage::Memory, 100);
     {
-      const Operations operations = participant.make(database);
+      const Operations work = participant.make(database);
       for (int n = 0; n < 50; ++n) {
-        for (const Operation& operation : kOperations) operation.run(operations, n % 100);
-        operations.insert_item(100 + n);
+        for (const Operation& operation : operations()) operation.run(work, n % 100);
+        work.insert_item(100 + n);
       }
     }
     const std::string rows = rows_of(database);
@@ -152,7 +59,7 @@ void check_equality() {
     if (rows == first) continue;
     const auto here = std::mismatch(rows.begin(), rows.end(), first.begin(), first.end()).first;
     std::fprintf(stderr, "%s leaves other rows than %s, from here on: %.60s\n",
-                 participant.name.data(), kParticipants[0].name.data(),
+                 participant.name.data(), participants()[0].name.data(),
                  std::string(here, rows.end()).c_str());
     std::exit(1);
   }
@@ -160,17 +67,17 @@ void check_equality() {
 
 void register_all() {
   for (const Storage storage : kStorages) {
-    for (const Operation& operation : kOperations) {
-      for (const Participant& participant : kParticipants) {
+    for (const Operation& operation : operations()) {
+      for (const Participant& participant : participants()) {
         const std::string title = std::string(operation.name) + "/" +
                                   std::string(name_of(storage)) + "/" +
                                   std::string(participant.name);
         benchmark::RegisterBenchmark(title.c_str(), [=](benchmark::State& state) {
           // One database a series: a table of a million rows is another measurement.
           const CrmDatabase database(storage, kItems);
-          const Operations operations = participant.make(database);
+          const Operations work = participant.make(database);
           int n = 0;
-          for (auto _ : state) operation.run(operations, n++);
+          for (auto _ : state) operation.run(work, n++);
           state.SetItemsProcessed(state.iterations());
         });
       }
