@@ -36,7 +36,8 @@ struct HostOptions {
   /// Suffixes and media types of static files beyond the built-in ones.
   std::vector<std::pair<std::string, std::string>> media_types;
 
-  bool error_details = true;    ///< whether an error answer shows number, source, file and line
+  /// Whether an error answer shows number, source, file and line. For visitors whom one trusts.
+  bool error_details = false;
   bool access_log = false;      ///< one line for each answer
   bool secure_cookies = false;  ///< session cookies over HTTPS only, for a host behind a proxy
 };

@@ -39,6 +39,18 @@ constexpr std::string_view kSessionCookie = "pelm_session";
 constexpr const char* kHtml = "text/html; charset=utf-8";
 constexpr const char* kAllowed = "GET, HEAD, POST";
 
+/// What the host's own texts need: their style sheet, and nothing else.
+constexpr const char* kPolicyHeader = "Content-Security-Policy";
+constexpr const char* kOwnTextsPolicy =
+    "default-src 'none'; style-src 'unsafe-inline'; base-uri 'none'; form-action 'none'; "
+    "frame-ancestors 'self'";
+
+/// With every answer; a page's own header takes the place of the one here.
+const httplib::Headers kEveryAnswer = {{"X-Content-Type-Options", "nosniff"},
+                                       {"X-Frame-Options", "SAMEORIGIN"},
+                                       {"Referrer-Policy", "same-origin"},
+                                       {"Accept-Ranges", "none"}};
+
 ConnectionLimits connection_limits(const HostOptions& options) {
   ConnectionLimits limits;
   limits.threads = options.connections;
@@ -163,7 +175,7 @@ void HttpHost::Part::stop() {
 }
 
 void HttpHost::Part::set_routes() {
-  server_.set_default_headers({{"X-Content-Type-Options", "nosniff"}, {"Accept-Ranges", "none"}});
+  server_.set_default_headers(kEveryAnswer);
   server_.set_expect_100_continue_handler(
       [this](const httplib::Request& request, httplib::Response& response) {
         const int status = refusal(request);
@@ -222,6 +234,7 @@ int HttpHost::Part::refusal(const httplib::Request& request) const {
 
 void HttpHost::Part::refuse(httplib::Response& response, int status, std::string_view path) const {
   response.status = status;
+  response.set_header(kPolicyHeader, kOwnTextsPolicy);
   response.set_content(error_page(status, path), kHtml);
 }
 
@@ -349,6 +362,9 @@ void HttpHost::Part::answer_page(const std::string& page_path, const RequestTarg
 
 void HttpHost::Part::send_head(const ResponseHead& head, httplib::Response& response) {
   response.status = head.status;
+  for (const auto& header : head.headers) {
+    if (kEveryAnswer.count(header.first) > 0) response.headers.erase(header.first);
+  }
   for (const auto& [name, value] : head.headers) response.headers.emplace(name, value);
   // As pages were always answered: for this visitor, and asked for again.
   if (!response.has_header("Cache-Control")) {
@@ -406,6 +422,7 @@ void HttpHost::Part::finish_failed(const page::Response& response, const PageFai
   ResponseHead head;
   head.status = 500;
   head.content_type = kHtml;
+  head.headers.emplace_back(kPolicyHeader, kOwnTextsPolicy);
   for (auto& header : head_of(response).headers) {
     if (header.first == "Set-Cookie") head.headers.push_back(std::move(header));
   }

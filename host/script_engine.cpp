@@ -25,6 +25,7 @@
 #include <string>
 #include <utility>
 
+#include "host/random_id.h"
 #include "host/script_errors.h"
 #include "host/script_jobs.h"
 #include "host/script_object.h"
@@ -97,6 +98,12 @@ bool write_value(JSContext* cx, unsigned argc, JS::Value* vp) {
     if (!value.is_null()) state_of(cx).response->Write(to_text(value));
     args.rval().setUndefined();
   });
+}
+
+/// `crypto.randomUUID()`, as browsers have it: what a form's secret or a policy's nonce is made of.
+bool random_uuid_call(JSContext* cx, unsigned argc, JS::Value* vp) {
+  const JS::CallArgs args = JS::CallArgsFromVp(argc, vp);
+  return guarded(cx, [&] { script::to_script(cx, Variant(random_uuid()), args.rval()); });
 }
 
 /// Bytes of the context's heap, those outside its cells included; nothing when there is no memory
@@ -211,6 +218,9 @@ void ScriptEngine::Part::define_globals(JS::HandleObject global,
     script::to_script(cx(), object, &value);
     require(JS_DefineProperty(cx(), global, name, value, JSPROP_ENUMERATE));
   }
+  const JS::RootedObject crypto(cx(), JS_NewPlainObject(cx()));
+  require(crypto && JS_DefineFunction(cx(), crypto, "randomUUID", random_uuid_call, 0, 0));
+  require(JS_DefineProperty(cx(), global, "crypto", crypto, 0));
 }
 
 bool ScriptEngine::Part::execute(const CompiledScript& script, JS::HandleObject global,

@@ -1,30 +1,15 @@
 // 128 bits from the operating system for each id; expired sessions go once a minute.
 #include "host/session_store.h"
 
-#include <sys/random.h>
-
 #include <algorithm>
-#include <array>
-#include <stdexcept>
 #include <utility>
+
+#include "host/random_id.h"
 
 namespace pelm::host {
 namespace {
 
 constexpr std::chrono::minutes kSweepInterval{1};
-
-std::string new_id() {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::array<unsigned char, 16> bytes = {};
-  if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-    throw std::runtime_error("the system gave no random bytes for a session");
-  }
-  std::string id;
-  for (const unsigned char byte : bytes) {
-    id.append(1, kDigits[byte >> 4U]).append(1, kDigits[byte & 0xFU]);
-  }
-  return id;
-}
 
 }  // namespace
 
@@ -48,7 +33,7 @@ std::shared_ptr<page::Session> SessionStore::find(std::string_view id) {
 std::shared_ptr<page::Session> SessionStore::fresh(
     std::function<void(const std::string& id)> begins) {
   const auto self = std::make_shared<std::weak_ptr<page::Session>>();
-  const std::string id = new_id();
+  const std::string id = random_id();
   auto session = std::make_shared<page::Session>(id, [this, self, id, begins = std::move(begins)] {
     begins(id);
     if (const auto begun = self->lock()) keep(begun);

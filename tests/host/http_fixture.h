@@ -23,6 +23,7 @@ class HttpFixture : public ::testing::Test {
     options_.port = 0;
     options_.page_threads = 2;
     options_.connections = 16;
+    options_.error_details = true;
   }
 
   /// After the test has set the options it wants.

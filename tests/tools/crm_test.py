@@ -5,7 +5,7 @@ import tempfile
 import unittest
 import urllib.parse
 
-from pelm_program import Serving, Visitor
+from pelm_program import SAMPLE, Serving, Visitor
 
 DIFFICULT = "João \"D'Ávila\" <ação> & Cia €"
 
@@ -148,6 +148,58 @@ class Refusals(CrmTest):
         for number, origin in enumerate((f"http://{host}", f"https://{host}")):
             self.visitor.post("/itens/novo.page", {"Origin": origin}, nome=f"Vizinho {number}", cid="20")
             self.oid_of(f"Vizinho {number}")
+
+
+class Seals(CrmTest):
+    """The hidden field that keeps forms of other sites from working."""
+
+    def test_a_form_without_the_visitors_seal_changes_nothing(self):
+        other = Visitor(self.server.url)
+        for seal in ("", "x", "undefined", "null", other.seal()["selo"]):
+            answer = self.visitor.post("/itens/novo.page", selo=seal, nome="Intruso", cid="20")
+            self.assertEqual(403, answer.status, seal)
+            self.assertIn("não veio deste site", answer.text)
+        self.assertEqual({}, self.rows(self.get("/itens/", busca="Intruso")))
+
+    def test_without_a_session_no_seal_is_right(self):
+        for seal in ("", "undefined", self.visitor.seal()["selo"]):
+            stranger = Visitor(self.server.url)
+            self.assertEqual(403, stranger.post("/itens/novo.page", selo=seal, nome="Intruso", cid="20").status)
+
+    def test_every_form_that_changes_something_carries_it(self):
+        seal = self.visitor.seal()["selo"]
+        oid = self.create("Com selo")
+        pages = ["/", "/itens/novo.page", f"/itens/editar.page?oid={oid}", f"/itens/excluir.page?oid={oid}", "/agenda/",
+                 "/categorias/", "/contatos/novo.page?empresa=50013", "/parametros/novo.page", "/numeros/",
+                 "/sessoes/", "/boletos/", "/menus/", "/menus/novo.page", "/menus/editar.page?opcao=12",
+                 "/menus/excluir.page?opcao=12"]
+        for path in pages:
+            forms = re.findall(r'<form\b[^>]*method="post"[^>]*>(.*?)</form>', self.get(path), re.DOTALL)
+            self.assertTrue(forms, path)
+            for form in forms:
+                self.assertEqual(1, form.count(f'<input type="hidden" name="selo" value="{seal}">'), path)
+
+    def test_every_post_form_in_the_sources_has_it(self):
+        for source in SAMPLE.rglob("*.*"):
+            if source.suffix in (".page", ".inc"):
+                for form in re.findall(r'<form\b[^>]*method="post"[^>]*>.*', source.read_text(encoding="utf-8")):
+                    self.assertRegex(form, r'method="post"[^>]*><%= selo\(\) %>', source)
+
+
+class Policy(CrmTest):
+    def test_scripts_need_the_nonce_of_their_page(self):
+        nonces = set()
+        for path in ("/", "/", "/categorias/", "/itens/editar.page?oid=abc"):
+            answer = self.visitor.get(path)
+            policy = answer.headers["Content-Security-Policy"]
+            self.assertIn("default-src 'none'", policy)
+            self.assertNotIn("unsafe", policy)
+            nonce = re.search(r"'nonce-([^']+)'", policy).group(1)
+            nonces.add(nonce)
+            for attributes in re.findall(r"<script\b([^>]*)>", answer.text):
+                self.assertTrue(f'nonce="{nonce}"' in attributes or "src=" in attributes, attributes)
+            self.assertEqual([], re.findall(r"<[^>]*\s(?:on\w+|style)=", answer.text))
+        self.assertEqual(4, len(nonces))
 
 
 class RecycleBin(CrmTest):

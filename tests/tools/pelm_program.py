@@ -1,6 +1,8 @@
 # Drives the program from outside: runs it, serves with it, and visits what it serves.
+import html
 import http.cookiejar
 import os
+import re
 import signal
 import subprocess
 import urllib.error
@@ -71,13 +73,23 @@ class Visitor:
 
     def __init__(self, url):
         self.url = url
+        self._seal = None
         jar = urllib.request.HTTPCookieProcessor(http.cookiejar.CookieJar())
         self.opener = urllib.request.build_opener(jar, urllib.request.ProxyHandler({}))
 
     def get(self, path, **query):
         return self._open(path + ("?" + urllib.parse.urlencode(query) if query else ""))
 
+    def seal(self):
+        """What this visitor's forms carry; nothing on a site whose first page has no form."""
+        if self._seal is None:
+            found = re.search(r'name="selo" value="([^"]*)"', self.get("/").text)
+            self._seal = {"selo": html.unescape(found.group(1))} if found else {}
+        return self._seal
+
     def post(self, path, headers=None, **fields):
+        """Sends a form as its page has it; a field `selo` of one's own takes the seal's place."""
+        fields = {**self.seal(), **fields}
         return self._open(path, urllib.parse.urlencode(fields).encode("ascii"), headers or {})
 
     def _open(self, path, body=None, headers=None):

@@ -1,8 +1,10 @@
 # `pelm serve`: where it listens, what it refuses to start with, and how it stops.
 import concurrent.futures
+import contextlib
 import shutil
 import signal
 import socket
+import sqlite3
 import tempfile
 import unittest
 from pathlib import Path
@@ -65,6 +67,32 @@ class Serve(unittest.TestCase):
         with Serving("--data", self.folder, "--bind", "127.0.0.2") as server:
             self.assertEqual("127.0.0.2", server.address.hostname)
             self.assertEqual(200, Visitor(server.url).get("/").status)
+
+    def test_a_failed_page_tells_the_server_to_this_machine_alone_unless_asked(self):
+        (self.site / "default.page").write_text("<% conta_que_falta(); %>")
+        (self.site / "variavel.page").write_text("<%= Application.Value('pelm_ShowErrors') %>")
+        config = self.folder / "pelm.ini"
+        cases = ((), True), (("--hide-errors",), False), (("--bind", "0.0.0.0"), False), \
+            (("--bind", "0.0.0.0", "--show-errors"), True), (("--bind", "127.0.0.9"), True), \
+            (("--config", config), False), (("--config", config, "--show-errors"), True)
+        config.write_text("[serve]\nhide-errors=true\n")
+        for arguments, shown in cases:
+            with self.subTest(arguments), self.serve_site(*arguments) as server:
+                visitor = Visitor(server.url.replace("0.0.0.0", "127.0.0.1"))
+                text = visitor.get("/").text
+                self.assertEqual(shown, "conta_que_falta" in text, text)
+                self.assertEqual(shown, "default.page" in text)
+                self.assertEqual("True" if shown else "False", visitor.get("/variavel.page").text)
+
+    def test_the_sample_shows_database_errors_to_this_machine_alone(self):
+        for arguments, shown in (((), True), (("--hide-errors",), False)):
+            with self.subTest(arguments), Serving("--data", self.folder, *arguments) as server:
+                with contextlib.closing(sqlite3.connect(self.folder / "crm.db")) as database:
+                    database.execute("drop table if exists chaveunica")
+                answer = Visitor(server.url).get("/")
+                self.assertEqual(500, answer.status)
+                self.assertIn("O pedido não foi concluído.", answer.text)
+                self.assertEqual(shown, "chaveunica" in answer.text)
 
     def test_a_taken_port_is_told(self):
         with socket.socket() as other:

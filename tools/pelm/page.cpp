@@ -94,6 +94,7 @@ int run_page(const PageOptions& options) {
   context->Request = make_request(options, page_path);
   context->Response = std::make_shared<page::Response>();
   set_application_variables(*context->Application, options.site, site);
+  context->Application->Value("pelm_ShowErrors", true);  // whoever runs it sees the errors anyway
 
   host::PageRunner runner(site.root, {}, {}, std::make_shared<host::Watchdog>());
   const std::vector<host::PageFailure> failures = runner.run(page_path, context);

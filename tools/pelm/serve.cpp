@@ -1,9 +1,12 @@
 // `pelm serve`: the pages of a site over HTTP, until somebody asks to stop.
+#include <arpa/inet.h>
+
 #include <chrono>
 #include <csignal>
 #include <initializer_list>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "host/http_host.h"
@@ -25,8 +28,8 @@ constexpr const char* kAbout =
 struct ServeOptions {
   SiteOptions site;
   host::HostOptions host;
-  int script_timeout = 90;  // seconds
-  bool hide_errors = false;
+  int script_timeout = 90;          // seconds
+  std::optional<bool> show_errors;  ///< unset: on an address of this machine alone
 };
 
 /// The signals that ask to stop: held back from every thread that starts after it, waited for in
@@ -56,6 +59,15 @@ class StopSignals {
   sigset_t previous_{};
 };
 
+/// Whether only this machine can reach it.
+bool is_loopback(const std::string& address) {
+  in_addr ipv4 = {};
+  if (inet_pton(AF_INET, address.c_str(), &ipv4) == 1) return ntohl(ipv4.s_addr) >> 24U == 127;
+  in6_addr ipv6 = {};
+  if (inet_pton(AF_INET6, address.c_str(), &ipv6) == 1) return IN6_IS_ADDR_LOOPBACK(&ipv6) != 0;
+  return address == "localhost";
+}
+
 std::string url_of(const std::string& address, int port) {
   const bool is_ipv6 = address.find(':') != std::string::npos;
   return "http://" + (is_ipv6 ? "[" + address + "]" : address) + ":" + std::to_string(port) + "/";
@@ -76,11 +88,12 @@ void serve(const ServeOptions& options) {
   host::HostOptions host_options = options.host;
   host_options.root = site.root;
   host_options.script.time = std::chrono::seconds(options.script_timeout);
-  host_options.error_details = !options.hide_errors;
+  host_options.error_details = options.show_errors.value_or(is_loopback(host_options.address));
 
   const StopSignals stop;
   host::HttpHost host(host_options);
   set_application_variables(host.application(), options.site, site);
+  host.application().Value("pelm_ShowErrors", host_options.error_details);
   start(host, host_options);
   std::cout << "pelm serves " << site.root.string() << " at "
             << url_of(host_options.address, host.port()) << " (database: " << site.database_shown
@@ -113,8 +126,11 @@ void add_serve(CLI::App& program, int& status) {
       ->check(CLI::Range(1, 86400).description(""));
   command->add_flag("--access-log", options->host.access_log,
                     "A line to standard error for each answer");
-  command->add_flag("--hide-errors", options->hide_errors,
-                    "Visitors see no number, file and line of a failed page");
+  command->add_flag_function(
+      "--show-errors,!--hide-errors",
+      [options](std::int64_t times) { options->show_errors = times > 0; },
+      "Visitors see number, file and line of a failed page. Without either: on an\n"
+      "address of this machine alone");
   command->add_flag("--secure-cookies", options->host.secure_cookies,
                     "Session cookies over HTTPS alone, for a site behind a TLS proxy");
   command->fallthrough();  // --config belongs to the program

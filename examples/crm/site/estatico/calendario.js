@@ -20,6 +20,15 @@ function Choose(dia) {
   window.close();
 }
 
+/* The component writes each day as a link that runs Choose(…); the page's policy runs no such links. */
+document.addEventListener("click", (evento) => {
+  const endereco = evento.target.closest?.("a")?.getAttribute("href") ?? "";
+  if (!endereco.startsWith("javascript:")) return;
+  evento.preventDefault();
+  const dia = /^javascript:Choose\('([\d/: ]+)'\);$/.exec(endereco)?.[1];
+  if (dia) Choose(dia);
+});
+
 document.addEventListener("DOMContentLoaded", () => {
   const SEMANA = ["domingo", "segunda", "terça", "quarta", "quinta", "sexta", "sábado"];
   const dias = [...document.querySelectorAll(".Calendar a[href^='javascript:Choose']")];

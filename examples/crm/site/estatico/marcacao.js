@@ -4,6 +4,8 @@
 const marcacao = (() => {
   const MANTIDOS = new Set(["B", "BR", "EM", "I", "SMALL", "STRONG", "U"]);
   const SEM_TEXTO = new Set(["SCRIPT", "STYLE", "TEMPLATE", "NOSCRIPT", "IFRAME", "OBJECT"]);
+  /* Of attributes nothing is kept; one that is a script would be told to the console, though never run. */
+  const ATRIBUTOS = /<([a-z][a-z0-9]*)\b(?:"[^"]*"|'[^']*'|[^"'>])*>/gi;
 
   function copiar(de, para) {
     for (const no of de.childNodes) {
@@ -19,7 +21,8 @@ const marcacao = (() => {
     /** The caption as nodes to be put into the page. Nothing in it is run or fetched. */
     de(html) {
       const nos = document.createDocumentFragment();
-      copiar(new DOMParser().parseFromString(String(html ?? ""), "text/html").body, nos);
+      const sem_atributos = String(html ?? "").replace(ATRIBUTOS, "<$1>");
+      copiar(new DOMParser().parseFromString(sem_atributos, "text/html").body, nos);
       return nos;
     },
 
