@@ -56,6 +56,7 @@ class AdditionalData : public test::BaseTest {
  protected:
   void SetUp() override {
     BaseTest::SetUp();
+    if (IsSkipped()) return;
     run("insert into dadoadicional (OID, RTIPO) values (101, 1013), (102, 1014), (103, 1015), "
         "(104, 1016), (105, 1130), (106, 27460), (107, 12), (108, null)");
     oids_from(1000);

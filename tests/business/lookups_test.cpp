@@ -22,6 +22,7 @@ class FObterValorParametro : public test::BaseTest {
  protected:
   void SetUp() override {
     BaseTest::SetUp();
+    if (IsSkipped()) return;
     run("insert into categoria (OID, RSUPER, NOMEINTERNO) values (201, 7, 'COR'), (202, 7, "
         "'INICIO'), (203, 7, 'LIMITE'), (204, 7, 'VAZIO'), (205, 7, 'AÇÃO')");
     run("insert into dadoadicional (OID, RTIPO) values (301, 201), (302, 202), (303, 203), (304, "
@@ -132,6 +133,7 @@ class FObterRotuloCpo : public test::BaseTest {
  protected:
   void SetUp() override {
     BaseTest::SetUp();
+    if (IsSkipped()) return;
     run("insert into rotulo (CONTROLE, VALOR, RAPLICATIVO) values ('txtNome', 'Nome', 30), "
         "('txtRua', null, 30), ('txtNome', 'Nombre', 31)");
   }
