@@ -113,7 +113,10 @@ bool Base::Finalizar_Sessao_Uso(Oid OIDSessaoApp, std::int16_t Motivo) {
         return true;
       }
       application_session->Fields("TERMINO") = clock_now();
+      // kept: the application and the workstation are read, and used for nothing
+      static_cast<void>(application_session->Fields("RAPLICATIVO").Value());
       usage_session = to_long(application_session->Fields("RSESSAODEUSO").Value());
+      static_cast<void>(application_session->Fields("ESTACAO").Value());
       application_session->Update();
       application_session->Close();
     }
