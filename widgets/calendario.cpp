@@ -156,10 +156,11 @@ void Calendario::ShowCalendar() {
   navigation += "</TD><TD class=nav ALIGN=left >";
   navigation += link;
   navigation += date_text(add_months(shown, 1));
-  navigation += ">&gt;&gt;</A></TD></TR></TABLE><br>";
-  navigation += kDaysStart;
+  navigation += ">&gt;&gt;</A></TD></TR></TABLE>";
   response().Write(navigation);
+  response().Write("<br>");
 
+  response().Write(kDaysStart);
   response().Write(Days(month).text());
   response().Write("</body>\r\n");  // kept: the table of days is not closed
 }

@@ -1,6 +1,7 @@
 // The month calendar: every shape of month, what a query string shows, where the links lead.
 #include "pelm/calendario.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -264,6 +265,25 @@ TEST_F(ShowCalendarTest, ASecondCallWritesASecondCalendar) {
   const std::string once = page->Response->body();
   calendar.ShowCalendar();
   EXPECT_EQ(page->Response->body(), once + once);
+}
+
+TEST_F(ShowCalendarTest, IsWrittenPartByPart) {
+  std::vector<std::string> pieces;
+  const auto page = test::page_asked_for("date=05/03/2008");
+  page->Response = std::make_shared<page::Response>(
+      [&](const page::Response&, std::string_view piece) { pieces.emplace_back(piece); });
+  page->Response->Buffer(false);
+  Calendario calendar;
+  calendar.OnStartPage(page);
+  calendar.ShowCalendar();
+  using testing::AllOf, testing::EndsWith, testing::StartsWith;
+  ASSERT_GE(pieces.size(), 6U);
+  EXPECT_EQ(pieces[0], kBody);
+  EXPECT_THAT(pieces[1], AllOf(StartsWith("<TABLE "), EndsWith("</TABLE>")));
+  EXPECT_EQ(pieces[2], "<br>");
+  EXPECT_THAT(pieces[3], AllOf(StartsWith("<TABLE "), EndsWith("</TR>")));
+  EXPECT_THAT(pieces[4], StartsWith("\t<TR>\r\n"));
+  EXPECT_EQ(pieces.back(), "</body>\r\n");
 }
 
 TEST_F(ShowCalendarTest, TheFirstMonthOfAllHasNoneBeforeAndTheLastNoneAfter) {
