@@ -24,6 +24,7 @@ class Contacts : public test::BaseTest {
  protected:
   void SetUp() override {
     BaseTest::SetUp();
+    if (IsSkipped()) return;
     run("insert into item (OID, CID, NOME) values (701, 46, 'Gerente'), (702, 46, 'Diretor')");
     run("insert into cargo (OID) values (701), (702)");
     oids_from(1000);
@@ -105,6 +106,7 @@ class AlterarContato : public Contacts {
  protected:
   void SetUp() override {
     Contacts::SetUp();
+    if (IsSkipped()) return;
     base().cadastrar_contato("João", kGerente, kEmpresa);
     ASSERT_THAT(groupings(), ElementsAre("701|500|1000"));
   }
@@ -194,6 +196,30 @@ TEST_P(AlterarContato, AStatementThatCannotRunLeavesTheContactRenamed) {
   EXPECT_EQ(name_of(1000), "Paulo");
   EXPECT_THAT(groupings(), ElementsAre("701|500|1000"));
   EXPECT_TRUE(is_idle());
+}
+
+// kept: -1 is what a failed step would return, so an item of that OID counts as one
+TEST_P(AlterarContato, TheContactMinusOneIsRenamedBeforeTheSharedTextIsRaised) {
+  run("insert into item (OID, CID, NOME) values (-1, 45, 'João')");
+  MensagemErro() = "Aditivo inexistente.";
+  EXPECT_THAT(raised([&] { base().alterar_contato("-1", "Paulo", kDiretor, kEmpresa); }),
+              Raised(error_number::kComponent, of_base("alterar_contato"), "Aditivo inexistente."));
+  EXPECT_EQ(name_of(-1), "Paulo");
+  EXPECT_EQ(sSQL(), "SELECT * FROM item WHERE oid = -1");
+  EXPECT_THAT(groupings(), ElementsAre("701|500|1000"));
+}
+
+TEST_P(AlterarContato, TheExtremesOf32BitsAreOidsLikeAnyOther) {
+  for (const std::string oid : {"-2147483648", "2147483647"}) {
+    run("insert into item (OID, CID, NOME) values (" + oid + ", 45, 'João')");
+    const Oid contact = base().alterar_contato(oid, "Paulo", -2147483647 - 1, 2147483647);
+    EXPECT_EQ(std::to_string(contact), oid);
+    EXPECT_EQ(name_of(contact), "Paulo");
+    EXPECT_THAT(sSQL(), testing::EndsWith("AND rgrupo = 2147483647 AND ritem = " + oid));
+    EXPECT_THAT(groupings(), testing::Contains("-2147483648|2147483647|" + oid));
+  }
+  EXPECT_THAT(raised([&] { base().alterar_contato("2147483648", "Paulo", kDiretor, kEmpresa); }),
+              Raised(error_number::kOverflow, of_base("alterar_contato")));
 }
 
 TEST_P(AlterarContato, AnUnknownContactRaises3021AndWritesNothing) {
