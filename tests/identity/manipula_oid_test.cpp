@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -100,6 +101,58 @@ TEST_P(GerarOid, ARangesSizeBeyond16BitsOverflows) {
   EXPECT_THAT(raised([&] { base().Gerar_Oid(); }), Raised(error_number::kOverflow, kObtemFaixaOID));
 }
 
+TEST_P(GerarOid, OnlyTheFirstRangeSizeIsRead) {
+  atualoid_gives("10");
+  run("drop table controlaoid");
+  run("create table controlaoid (Delta smallint)");
+  run("insert into controlaoid values (3)");
+  run("insert into controlaoid values (5)");
+  EXPECT_THAT(take(4), ElementsAre(8, 9, 10, 10));
+}
+
+TEST_P(GerarOid, ARangeSizeThatDoesNotConvertFailsAfterTheReservationIsCommitted) {
+  struct Case {
+    std::string_view delta;
+    std::int32_t number;
+  };
+  run("drop table controlaoid");
+  run("create table controlaoid (Delta varchar(10))");
+  run("create table reserva (feitas integer)");
+  run("insert into reserva values (0)");
+  atualoid_gives("10", "UPDATE reserva SET feitas = feitas + 1");
+  int reserved = 0;
+  for (const Case& c :
+       {Case{"null", error_number::kInvalidUseOfNull},
+        Case{"'muitos'", error_number::kTypeMismatch}, Case{"'32768'", error_number::kOverflow}}) {
+    run("delete from controlaoid");
+    run("insert into controlaoid values (" + std::string(c.delta) + ")");
+    EXPECT_THAT(raised([&] { base().Gerar_Oid(); }), Raised(c.number, kObtemFaixaOID));
+    EXPECT_FALSE(allocator().TemOID());
+    EXPECT_EQ(allocator().UltimoOID(), 10);
+    EXPECT_EQ(allocator().OID(), 0);
+    EXPECT_EQ(row("select feitas from reserva"), std::to_string(++reserved));
+  }
+  run("delete from controlaoid");
+  run("insert into controlaoid values ('1,5')");
+  EXPECT_THAT(take(2), ElementsAre(9, 10));  // converted: 2
+}
+
+TEST_P(GerarOid, AnEndThatIsNullFailsAndReservesNothing) {
+  atualoid_gives("NULL", "UPDATE controlaoid SET UltimoOID = UltimoOID + 1");
+  run("update controlaoid set UltimoOID = 7");
+  EXPECT_THAT(raised([&] { base().Gerar_Oid(); }),
+              Raised(error_number::kInvalidUseOfNull, kObtemFaixaOID));
+  EXPECT_EQ(allocator().UltimoOID(), 0);
+  EXPECT_EQ(row("select UltimoOID from controlaoid"), "7");
+}
+
+TEST_P(GerarOid, AnEndOfZeroIsRolledBackToo) {
+  atualoid_gives("0", "UPDATE controlaoid SET UltimoOID = UltimoOID + 1");
+  run("update controlaoid set Delta = 3, UltimoOID = 7");
+  EXPECT_EQ(base().Gerar_Oid(), -2);
+  EXPECT_EQ(row("select UltimoOID from controlaoid"), "7");
+}
+
 TEST_P(GerarOid, OidArithmeticOverflowsAt32Bits) {
   atualoid_gives("-2147483647");
   run("update controlaoid set Delta = 100");
@@ -127,6 +180,17 @@ TEST_P(GerarOid, WorksWithThePagesConnectionClosed) {
   oids_from(8, 3);
   conn().CloseConn();
   EXPECT_EQ(base().Gerar_Oid(), 8);
+}
+
+TEST_P(GerarOid, IsIndependentOfATransactionThatThePageHasBegun) {
+  oids_from(8, 3);
+  conn().Conex()->BeginTrans();
+  conn().RunSQL("select count(*) from item")->Close();
+  EXPECT_EQ(base().cadastrar_item(1, "Metade", 20), 8);
+  EXPECT_THAT(take(3), ElementsAre(9, 10, 10));  // while the page's own row is not committed yet
+  conn().Conex()->RollbackTrans();
+  EXPECT_EQ(row("select count(*) from item"), "0");
+  EXPECT_EQ(base().Gerar_Oid(), 11);  // the range stays reserved
 }
 
 TEST_P(GerarOid, WithoutAConnObjectItFailsAsAnUnsetReference) {

@@ -70,11 +70,12 @@ Procedure read_procedure(SqliteSession& session, std::string_view name) {
 class Atomic {
  public:
   explicit Atomic(SqliteSession& session) : session_(session) {
+    session.take_lock();
     inside_ = session.database().in_transaction();
     if (inside_)
       session.control("SAVEPOINT pelm_procedure");
     else
-      session.begin(adXactUnspecified);
+      session.begin(adXactSerializable);  // what it reads to compute with must not change
   }
   Atomic(const Atomic&) = delete;
   Atomic& operator=(const Atomic&) = delete;

@@ -320,38 +320,55 @@ void SqliteSession::call(std::string_view procedure, std::span<ProcedureArgument
   call_procedure(*this, procedure, arguments);
 }
 
-// Taking the write lock at once lets a writer wait for it; taken later, after a read, the engine
-// would refuse instead.
-void SqliteSession::begin(IsolationLevelEnum) {
-  if (database_.in_transaction()) {
+// As on a server, a transaction that has only read keeps nobody from writing, not even the
+// connection on which the same thread reserves OIDs. The lock is taken by the first statement that
+// writes, and before it: a writer can wait for it then, whereas the engine would refuse it to a
+// transaction that has read before. Only the levels that promise that nothing read will change
+// take it at once.
+void SqliteSession::begin(IsolationLevelEnum level) {
+  if (in_transaction()) {
     raise_provider_error(
         error_number::kProviderFailure,
         "a transaction is open already: it must be committed or rolled back first");
   }
-  control(database_.read_only() ? "BEGIN" : "BEGIN IMMEDIATE");
+  if (database_.read_only()) {
+    control("BEGIN");
+  } else if (level == adXactRepeatableRead || level == adXactSerializable) {
+    control("BEGIN IMMEDIATE");
+  } else {
+    lock_to_take_ = true;
+  }
 }
 
+void SqliteSession::take_lock() {
+  if (!lock_to_take_) return;
+  control("BEGIN IMMEDIATE");
+  lock_to_take_ = false;
+}
+
+bool SqliteSession::in_transaction() const { return lock_to_take_ || database_.in_transaction(); }
+
 void SqliteSession::commit() {
-  if (!database_.in_transaction()) {
+  if (!in_transaction()) {
     raise_provider_error(error_number::kProviderFailure,
                          "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   }
-  control("COMMIT");
+  if (!std::exchange(lock_to_take_, false)) control("COMMIT");
 }
 
 void SqliteSession::rollback() {
-  if (!database_.in_transaction()) {
+  if (!in_transaction()) {
     raise_provider_error(
         error_number::kProviderFailure,
         "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   }
-  control("ROLLBACK");
+  if (!std::exchange(lock_to_take_, false)) control("ROLLBACK");
 }
 
 bool SqliteSession::reset() noexcept {
   try {
     if (keeps_traces_) return false;
-    if (database_.in_transaction()) control("ROLLBACK");
+    if (in_transaction()) rollback();
     state_ = {};
     database_.watchdog().limit(kDefaultCommandTimeout);
     database_.rest();

@@ -48,10 +48,13 @@ class SqliteSession final : public Session {
   /// Runs a text of one or several statements; the rows of the first that has any are the result.
   std::unique_ptr<Cursor> run(std::string_view sql, std::span<const Variant> values,
                               const Variables* variables);
+  /// Before anything is written: takes the write lock of a transaction that has begun without it.
+  void take_lock();
   /// Runs statements of ours that take nothing and give nothing.
   void control(const char* sql) { database_.run(sql); }
 
  private:
+  bool in_transaction() const;
   std::shared_ptr<Plan> plan_for(std::string_view sql);
   std::shared_ptr<Plan> make_plan();
   StatementLease prepare(std::shared_ptr<Plan> plan);
@@ -68,6 +71,7 @@ class SqliteSession final : public Session {
   StatementCache cache_;
   Shape shape_;
   bool keeps_traces_ = false;
+  bool lock_to_take_ = false;  // a transaction is open in which nothing was written yet
 };
 
 }  // namespace pelm::ado::sqlite

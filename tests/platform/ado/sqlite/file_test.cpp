@@ -195,11 +195,53 @@ TEST_F(SqliteFile, HeldByAnotherWriterRaisesATimeOut) {
   Raised e = raised([&] { run(*waiter, "delete from item where oid = 9"); });
   EXPECT_EQ(error_number::kTimeout, e.number);
   EXPECT_NE(std::string::npos, e.description.find("database is locked: " + path_));
-  e = raised([&] { waiter->begin(adXactReadCommitted); });
+  e = raised([&] { waiter->begin(adXactSerializable); });
+  EXPECT_EQ(error_number::kTimeout, e.number);
+  waiter->begin(adXactReadCommitted);
+  e = raised([&] { run(*waiter, "delete from item where oid = 9"); });
   EXPECT_EQ(error_number::kTimeout, e.number);
   EXPECT_EQ((Rows{"7"}), rows_of(*waiter, "select count(*) from item"));  // readers never wait
   holder->rollback();
-  EXPECT_EQ(1, run(*waiter, "delete from item where oid = 9"));
+  EXPECT_EQ(1, run(*waiter, "delete from item where oid = 9"));  // still in its transaction
+  waiter->rollback();
+  EXPECT_EQ((Rows{"7"}), rows_of(*waiter, "select count(*) from item"));
+}
+
+TEST_F(SqliteFile, ATransactionThatHasOnlyReadKeepsNobodyFromWriting) {
+  make();
+  const auto reader = open();
+  const auto writer = open();
+  writer->command_timeout(1);
+  reader->begin(adXactReadCommitted);
+  EXPECT_EQ((Rows{"7"}), rows_of(*reader, "select count(*) from item"));
+  EXPECT_EQ(1, run(*writer, "delete from item where oid = 8"));
+  EXPECT_EQ((Rows{"6"}), rows_of(*reader, "select count(*) from item"));  // what is committed now
+  EXPECT_EQ(1, run(*reader, "delete from item where oid = 9"));           // and may write after it
+  EXPECT_EQ(error_number::kTimeout,
+            raised([&] { run(*writer, "delete from item where oid = 10"); }).number);
+  reader->rollback();
+  EXPECT_EQ((Rows{"6"}), rows_of(*reader, "select count(*) from item"));
+  EXPECT_EQ(1, run(*writer, "delete from item where oid = 9"));
+}
+
+TEST_F(SqliteFile, OnlyTheStricterLevelsLockBeforeTheFirstWrite) {
+  make();
+  const auto session = open();
+  const auto writer = open();
+  writer->command_timeout(1);
+  for (const IsolationLevelEnum level :
+       {adXactUnspecified, adXactChaos, adXactReadUncommitted, adXactReadCommitted}) {
+    session->begin(level);
+    EXPECT_EQ(1, run(*writer, "update item set nome = 'x' where oid = 8")) << level;
+    session->commit();
+  }
+  for (const IsolationLevelEnum level : {adXactRepeatableRead, adXactSerializable}) {
+    session->begin(level);
+    EXPECT_EQ(error_number::kTimeout,
+              raised([&] { run(*writer, "update item set nome = 'x' where oid = 8"); }).number)
+        << level;
+    session->rollback();
+  }
 }
 
 TEST_F(SqliteFile, IsWaitedForUntilTheOtherWriterIsDone) {

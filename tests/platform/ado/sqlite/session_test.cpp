@@ -244,6 +244,23 @@ TEST_F(SqliteSessionTest, RefusesTransactionsOutOfTurn) {
             number_raised([&] { session_->begin(adXactReadCommitted); }));
 }
 
+TEST_F(SqliteSessionTest, ATransactionMayEndWithoutAWrite) {
+  for (const bool reads : {false, true}) {
+    session_->begin(adXactReadCommitted);
+    if (reads) rows_of(*session_, "select count(*) from item");
+    session_->commit();
+    EXPECT_EQ(error_number::kProviderFailure, number_raised([&] { session_->commit(); }));
+    session_->begin(adXactReadCommitted);
+    if (reads) rows_of(*session_, "select count(*) from item");
+    session_->rollback();
+    EXPECT_EQ(error_number::kProviderFailure, number_raised([&] { session_->rollback(); }));
+  }
+  session_->begin(adXactReadCommitted);
+  EXPECT_TRUE(session_->reset());
+  run(*session_, "delete from item where oid = 8");
+  EXPECT_EQ(error_number::kProviderFailure, number_raised([&] { session_->rollback(); }));
+}
+
 TEST_F(SqliteSessionTest, EndsAStatementAtItsTimeOut) {
   session_->command_timeout(1);
   std::string description;
