@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "frame/thread_slots.h"
 #include "pelm/ado/connection.h"
@@ -112,6 +115,62 @@ TEST_F(ConnSettings, AWrongDatabaseVariableFailsAfterTheOthersAreStored) {
   EXPECT_EQ(conn_.AuxDatabase(), "");
 }
 
+TEST_F(ConnSettings, AWrongDatabaseArgumentFailsAfterTheOthersAreStored) {
+  const Error e = raised([&] { conn_.ConfigureConn(false, "X", 5, 7, 3, "Aux"); });
+  EXPECT_EQ(e.number(), 1001);
+  EXPECT_EQ(e.source(), "PelmComum2008.Conn.PropertyDatabase");
+  EXPECT_EQ(conn_.ODBC_CONN_TIMEOUT(), 5);
+  EXPECT_EQ(conn_.ODBC_COM_TIMEOUT(), 7);
+  EXPECT_EQ(conn_.ODBC_STR(), "X");
+  EXPECT_EQ(conn_.Database(), 1);
+  EXPECT_EQ(conn_.AuxDatabase(), "");
+}
+
+TEST_F(ConnSettings, VariablesAreTakenInTheirOrderUpToOneThatDoesNotConvert) {
+  struct Case {
+    std::string_view variable;
+    Variant value;
+    std::int32_t number;
+    std::string_view stored;  // connection time-out, command time-out, string, kind, second name
+  };
+  const std::vector<Case> cases = {
+      {"dataconn_ConnectionTimeout", Null{}, error_number::kInvalidUseOfNull, "60 60  1 "},
+      {"dataconn_ConnectionTimeout", "40000", error_number::kOverflow, "60 60  1 "},
+      {"dataconn_CommandTimeout", Null{}, error_number::kInvalidUseOfNull, "11 60  1 "},
+      {"dataconn_CommandTimeout", 32767.5, error_number::kOverflow, "11 60  1 "},
+      {"dataconn_ConnectionString", Null{}, error_number::kInvalidUseOfNull, "11 22  1 "},
+      {"dataconn_Database", "Oracle", error_number::kTypeMismatch, "11 22 Y 1 "},
+      {"dataconn_Database", -1, error_number::kComponent, "11 22 Y 1 "},
+      {"dataconn_AuxDatabase", Null{}, error_number::kInvalidUseOfNull, "11 22 Y 2 "},
+  };
+  const page::ScopedObjectContext serving(context_);
+  for (const Case& c : cases) {
+    all_variables();
+    variable(c.variable, c.value);
+    Conn conn;
+    EXPECT_EQ(raised([&] { conn.ConfigureConn(); }).number(), c.number) << c.variable;
+    EXPECT_EQ(std::to_string(conn.ODBC_CONN_TIMEOUT()) + " " +
+                  std::to_string(conn.ODBC_COM_TIMEOUT()) + " " + conn.ODBC_STR() + " " +
+                  std::to_string(conn.Database()) + " " + conn.AuxDatabase(),
+              c.stored)
+        << c.variable;
+  }
+}
+
+TEST_F(ConnSettings, VariablesConvertAsThePlatformDoes) {
+  variable("dataconn_ConnectionTimeout", "1.001,5");
+  variable("dataconn_CommandTimeout", true);
+  variable("dataconn_ConnectionString", 2.5);
+  variable("dataconn_Database", 1.5);
+  const page::ScopedObjectContext serving(context_);
+  conn_.ConfigureConn();
+  EXPECT_EQ(conn_.ODBC_CONN_TIMEOUT(), 1002);
+  EXPECT_EQ(conn_.ODBC_COM_TIMEOUT(), -1);
+  EXPECT_EQ(conn_.ODBC_STR(), "2,5");
+  EXPECT_EQ(conn_.Database(), 2);
+  EXPECT_EQ(conn_.AuxDatabase(), "");
+}
+
 TEST_F(ConnSettings, AMissingDatabaseVariableIsZeroAndRefused) {
   variable("dataconn_ConnectionString", "Y");
   const page::ScopedObjectContext serving(context_);
@@ -167,6 +226,40 @@ TEST_F(ConnSettings, AFailedOpeningLeavesTheUnopenedObjectAndIsNotTriedAgain) {
   EXPECT_EQ(conn_.Conex()->State(), ado::adStateClosed);
 
   EXPECT_EQ(raised([&] { conn_.OpenConn2(); }).source(), "PelmComum2008.Conn.OpenConn2");
+}
+
+TEST_F(ConnSettings, ANegativeTimeoutFailsTheOpeningAndNotTheAssignment) {
+  conn_.ConfigureConn(false, "Provider=Nenhum", -1, 7);
+  Error e = raised([&] { conn_.OpenConn(); });
+  EXPECT_EQ(e.number(), error_number::kWrongArguments);
+  EXPECT_EQ(e.source(), "PelmComum2008.Conn.OpenConn");
+  // What was set before it stays set on the unopened object.
+  ASSERT_NE(conn_.Conex(), nullptr);
+  EXPECT_EQ(conn_.Conex()->ConnectionString(), "Provider=Nenhum");
+  EXPECT_EQ(conn_.Conex()->CommandTimeout(), 30);
+
+  conn_.ConfigureConn(false, "Provider=Nenhum", 5, -1);
+  e = raised([&] { conn_.OpenConn2(); });
+  EXPECT_EQ(e.number(), error_number::kWrongArguments);
+  EXPECT_EQ(e.source(), "PelmComum2008.Conn.OpenConn2");
+  ASSERT_NE(conn_.Conex2(), nullptr);
+  EXPECT_EQ(conn_.Conex2()->ConnectionTimeout(), 5);
+}
+
+TEST_F(ConnSettings, AStringThatIsStillEmptyIsOpenedAllTheSame) {
+  variable("dataconn_Database", 1);
+  const page::ScopedObjectContext serving(context_);
+  EXPECT_EQ(raised([&] { conn_.OpenConn(); }).source(), "PelmComum2008.Conn.OpenConn");
+  EXPECT_NE(conn_.Conex(), nullptr);
+}
+
+TEST_F(ConnSettings, AStringThatIsThereIsNotAskedForOnTheWeb) {
+  all_variables();
+  const page::ScopedObjectContext serving(context_);
+  conn_.ODBC_STR("Provider=Nenhum");
+  EXPECT_EQ(raised([&] { conn_.OpenConn(); }).number(), error_number::kProviderNotFound);
+  EXPECT_EQ(conn_.ODBC_STR(), "Provider=Nenhum");
+  EXPECT_EQ(conn_.ODBC_CONN_TIMEOUT(), 60);
 }
 
 TEST_F(ConnSettings, AStringWithoutAProviderSaysWhatToWrite) {

@@ -7,7 +7,9 @@
 #include "pelm/ado/connection.h"
 #include "pelm/ado/recordset.h"
 #include "pelm/error.h"
+#include "platform/ado/session_pool.h"
 #include "support/component_fixture.h"
+#include "support/faulty_provider.h"
 #include "support/raised_matchers.h"
 #include "support/recording_provider.h"
 
@@ -78,6 +80,22 @@ TEST_P(ConnOpening, SendsTheSqlServerSessionStatementAloneOnBothKindsOfDatabase)
   }
 }
 
+TEST_P(ConnOpening, ADatabaseThatRefusesTheSessionStatementServesAllTheSame) {
+  test::FaultyProvider faulty(GetParam().provider);
+  for (const bool second : {false, true}) {
+    Conn fresh;
+    fresh.ConfigureConn(false, connection_string());
+    ado::empty_session_pool();
+    faulty.fail_at(2, test::provider_failure());  // 1 is the connecting itself
+    EXPECT_TRUE(second ? fresh.OpenConn2() : fresh.OpenConn());
+    EXPECT_TRUE(faulty.failed());
+    const auto& connection = second ? fresh.Conex2() : fresh.Conex();
+    EXPECT_EQ(connection->State(), ado::adStateOpen);
+    faulty.stop();
+    connection->Close();
+  }
+}
+
 TEST_P(ConnOpening, ClosingTwiceIsNoError) {
   conn().CloseConn();
   EXPECT_NO_THROW(conn().CloseConn());
@@ -93,10 +111,13 @@ TEST_P(ConnOpening, TheEndOfACMainClosesBothConnectionsAndKeepsTheirObjects) {
 }
 
 TEST_P(ConnOpening, AnErrorOfClosingReachesWhoeverEndsTheCMain) {
+  conn().OpenConn2();
   conn().Conex()->BeginTrans();
   EXPECT_THAT(raised([&] { main().end(); }),
               Raised(error_number::kInTransaction, "ADODB.Connection"));
+  EXPECT_EQ(conn().Conex2()->State(), ado::adStateOpen);  // its turn never came
   conn().Conex()->RollbackTrans();
+  conn().CloseConn2();
 }
 
 class RunSQL : public test::ComponentFixture {
@@ -141,11 +162,24 @@ TEST_P(RunSQL, OnOracleTheCallersTextComesBackTranslated) {
   EXPECT_EQ(conn().LastSQL(), query);
 }
 
-TEST_P(RunSQL, AFailedTranslationLeavesLastSqlAlone) {
+TEST_P(RunSQL, AFailedTranslationLeavesLastSqlAloneAndTheCallersTextAsFarAsItCame) {
   conn().Database(2);
   conn().LastSQL("antes");
   EXPECT_THAT(raised([&] { conn().RunSQL("=* b"); }), Raised(error_number::kInvalidCall, kRunSql));
+  std::string query = "select isnull(nome, ''), left(nome) from item";
+  EXPECT_THAT(raised([&] { conn().RunSQL(query); }), Raised(error_number::kInvalidCall, kRunSql));
+  EXPECT_EQ(query, "SELECT NVL(NOME, ''), LEFT(NOME) FROM ITEM");
   EXPECT_EQ(conn().LastSQL(), "antes");
+}
+
+TEST_P(RunSQL, AFailedTranslationByItselfHasItsOwnSource) {
+  std::string query = "select isnull(nome, ''), left(nome) from item";
+  EXPECT_THAT(raised([&] { conn().traduzsql(query, "Oracle"); }),
+              Raised(error_number::kInvalidCall, "PelmComum2008.Conn.traduzsql"));
+  EXPECT_EQ(query, "SELECT NVL(NOME, ''), LEFT(NOME) FROM ITEM");
+  query = "select isnull(nome, '') from item";
+  EXPECT_TRUE(conn().traduzsql(query, "SQLSERVER"));
+  EXPECT_EQ(query, "select isnull(nome, '') from item");
 }
 
 TEST_P(RunSQL, AFailureKeepsTheTextThatFailedInLastSql) {
@@ -186,6 +220,36 @@ TEST_P(RunSQL, TheClientSideTakesPageAndCacheSize) {
   rs->Close();
 }
 
+TEST_P(RunSQL, AWrongSettingFailsAfterTheTextIsRecorded) {
+  struct Setting {
+    ado::CursorTypeEnum type;
+    ado::LockTypeEnum lock;
+    ado::CursorLocationEnum location;
+    std::int32_t max_records, cache_size, page_size;
+  };
+  constexpr auto kNoLocation = static_cast<ado::CursorLocationEnum>(1);
+  constexpr Setting kCases[] = {
+      {ado::adOpenStatic, ado::adLockReadOnly, kNoLocation, 0, 1, 10},
+      {ado::adOpenStatic, ado::adLockReadOnly, ado::adUseServer, -1, 1, 10},
+      {ado::adOpenStatic, ado::adLockReadOnly, ado::adUseClient, 0, 0, 10},
+      {ado::adOpenStatic, ado::adLockReadOnly, ado::adUseClient, 0, 1, 0},
+      {static_cast<ado::CursorTypeEnum>(4), ado::adLockReadOnly, ado::adUseServer, 0, 1, 10},
+      {ado::adOpenStatic, static_cast<ado::LockTypeEnum>(0), ado::adUseServer, 0, 1, 10},
+  };
+  for (const Setting& s : kCases) {
+    conn().LastSQL("antes");
+    EXPECT_THAT(raised([&] {
+                  conn().RunSQL("select oid from item", s.type, s.lock, s.location, s.max_records,
+                                s.cache_size, s.page_size);
+                }),
+                Raised(error_number::kWrongArguments, kRunSql));
+    EXPECT_EQ(conn().LastSQL(), "select oid from item");
+  }
+  // On the server's side page and cache sizes are not even looked at.
+  conn().RunSQL("select oid from item", ado::adOpenStatic, ado::adLockReadOnly, ado::adUseServer, 0,
+                0, -1);
+}
+
 TEST_P(RunSQL, MaxRecordsCountsOnBothSides) {
   add_items();
   for (const auto location : {ado::adUseServer, ado::adUseClient}) {
@@ -224,6 +288,26 @@ TEST_P(OpenTable, OpensForAddingAndReportsTheCommandsText) {
 TEST_P(OpenTable, AMissingTableIsTheDatabasesError) {
   EXPECT_THAT(raised([&] { conn().OpenTable("nenhuma"); }),
               Raised(error_number::kNoTable, kOpenTable, testing::HasSubstr("nenhuma")));
+  EXPECT_EQ(conn().LastSQL(), "select * from nenhuma");
+}
+
+TEST_P(OpenTable, WithoutAConnectionObjectItFailsAfterTheTextIsRecorded) {
+  conn().CloseConn();
+  conn().Conex(nullptr);
+  EXPECT_THAT(raised([&] { conn().OpenTable("item"); }),
+              Raised(error_number::kInvalidConnection, kOpenTable));
+  EXPECT_EQ(conn().LastSQL(), "select * from item");
+}
+
+TEST_P(OpenTable, TakesTheCursorAndTheLockItIsGivenOnTheServersSide) {
+  const auto rs = conn().OpenTable("item", ado::adOpenStatic, ado::adLockReadOnly);
+  EXPECT_EQ(rs->CursorType(), ado::adOpenStatic);
+  EXPECT_EQ(rs->LockType(), ado::adLockReadOnly);
+  EXPECT_EQ(rs->CursorLocation(), ado::adUseServer);
+  EXPECT_EQ(rs->MaxRecords(), 0);
+  EXPECT_THAT(raised([&] { rs->AddNew(); }),
+              Raised(error_number::kProviderCannot, "ADODB.Recordset"));
+  rs->Close();
 }
 
 TEST_P(OpenTable, TheNameIsNotTranslated) {

@@ -50,6 +50,17 @@ TEST(DataAgora, ShowsMidnightAsATime) {
   EXPECT_EQ(data.DataAgora(), "31/12/2008 00:00:00");
 }
 
+TEST(DataAgora, ReadsTheClockForTheDayAndAgainForTheTime) {
+  int readings = 0;
+  const ScopedClock midnight(
+      [&readings] { return ++readings == 1 ? date(2007, 12, 31, 23, 59, 59) : date(2008, 1, 1); });
+  EXPECT_EQ(data.DataAgora(), "31/12/2007 00:00:00");
+  EXPECT_EQ(readings, 2);
+  readings = 0;
+  EXPECT_EQ(data.DataAgora(false), "31/12/2007");
+  EXPECT_EQ(readings, 1);
+}
+
 TEST(DataAgora, DoesNotPadTheYear) {
   const ScopedClock fixed(date(999, 11, 2));
   EXPECT_EQ(data.DataAgora(false), "02/11/999");
@@ -187,6 +198,9 @@ TEST(PrepDataSql, GivesTheLiteralOfAMoment) {
   EXPECT_EQ(data.PrepData_SQL(date(2008, 3, 5, 14, 7, 9)), "{ ts '2008-03-05 14:07:09' }");
   EXPECT_EQ(data.PrepData_SQL(date(2008, 3, 5)), "{ ts '2008-03-05 00:00:00' }");
   EXPECT_EQ(data.PrepData_SQL(date(999, 12, 31, 23, 59, 59)), "{ ts '0999-12-31 23:59:59' }");
+  // Before day zero the fraction still counts forward from midnight.
+  EXPECT_EQ(data.PrepData_SQL(Date::from_serial(-1.25)), "{ ts '1899-12-29 06:00:00' }");
+  EXPECT_EQ(data.PrepData_SQL(Date()), "{ ts '1899-12-30 00:00:00' }");
 }
 
 TEST(PrepDataSql, GivesTheLiteralOfADay) {

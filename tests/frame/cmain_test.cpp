@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+#include <string_view>
 #include <thread>
 
 #include "frame/mod_principal.h"
@@ -10,9 +13,11 @@
 #include "identity/manipula_oid.h"
 #include "pelm/ado/connection.h"
 #include "pelm/base.h"
+#include "pelm/calendario.h"
 #include "pelm/conn.h"
 #include "pelm/error.h"
 #include "pelm/manipula_data.h"
+#include "pelm/menus.h"
 #include "platform/page/application.h"
 #include "platform/page/response.h"
 
@@ -38,6 +43,12 @@ TEST_F(CMainTest, EveryReadGivesTheSameSharedObject) {
   EXPECT_EQ(main.CConn(), main.CConn());
   EXPECT_EQ(main.CBase(), main.CBase());
   EXPECT_EQ(main.Data(), main.Data());
+  EXPECT_EQ(main.Calendar(), main.Calendar());
+  EXPECT_EQ(main.Menu(), main.Menu());
+  CMain second;
+  EXPECT_EQ(second.CBase(), main.CBase());
+  EXPECT_EQ(second.Calendar(), main.Calendar());
+  EXPECT_EQ(second.Menu(), main.Menu());
 }
 
 TEST_F(CMainTest, AConfigurationMadeThroughOneFacadeIsSeenThroughAnother) {
@@ -54,6 +65,8 @@ TEST_F(CMainTest, NothingIsCreatedBeforeItIsRead) {
   EXPECT_EQ(slots.conn, nullptr);
   EXPECT_EQ(slots.base, nullptr);
   EXPECT_EQ(slots.data, nullptr);
+  EXPECT_EQ(slots.calendar, nullptr);
+  EXPECT_EQ(slots.menu, nullptr);
 }
 
 TEST_F(CMainTest, TheStartOfAThreadMakesItsOidAllocatorOnce) {
@@ -70,13 +83,17 @@ TEST_F(CMainTest, ThreadsShareNothing) {
   const auto conn = main.CConn();
   std::shared_ptr<Conn> other;
   std::shared_ptr<identity::ManipulaOID> other_allocator;
+  frame::thread_slots().MensagemErro = "desta";
+  std::string other_text = "?";
   std::thread([&] {
     CMain elsewhere;
+    other_text = frame::thread_slots().MensagemErro;
     other = elsewhere.CConn();
     other_allocator = frame::thread_slots().oid_allocator;
   }).join();
   EXPECT_NE(other, conn);
   EXPECT_NE(other_allocator, frame::thread_slots().oid_allocator);
+  EXPECT_EQ(other_text, "");
 }
 
 TEST_F(CMainTest, EndingReleasesThePageObjectsAndKeepsTheWorkingObjects) {
@@ -100,6 +117,38 @@ TEST_F(CMainTest, EndingReleasesThePageObjectsAndKeepsTheWorkingObjects) {
   EXPECT_EQ(slots.conn, conn);
   EXPECT_EQ(slots.base, base);
   EXPECT_NE(slots.oid_allocator, nullptr);
+}
+
+TEST_F(CMainTest, EndingReleasesThePageObjectsInTheirOrder) {
+  std::string released;
+  const auto noted = [&]<class T>(std::shared_ptr<T> object, std::string_view name) {
+    T* const raw = object.get();
+    return std::shared_ptr<T>(raw,
+                              [&released, name, object](T*) { released.append(name).append(" "); });
+  };
+  CMain main;
+  frame::ThreadSlots& slots = frame::thread_slots();
+  slots.request = noted(std::make_shared<page::Application>(), "request");
+  slots.response = noted(std::make_shared<page::Response>(), "response");
+  slots.server = noted(std::make_shared<page::Application>(), "server");
+  slots.session = noted(std::make_shared<page::Application>(), "session");
+  slots.application = noted(std::make_shared<page::Application>(), "application");
+  main.end();
+  EXPECT_EQ(released, "application session server response request ");
+}
+
+TEST_F(CMainTest, EndingKeepsTheSharedErrorTextAndEveryWorkingObject) {
+  CMain main;
+  const auto data = main.Data();
+  const auto calendar = main.Calendar();
+  const auto menu = main.Menu();
+  frame::thread_slots().MensagemErro = "Aditivo inexistente.";
+  main.end();
+  CMain next;
+  EXPECT_EQ(next.Data(), data);
+  EXPECT_EQ(next.Calendar(), calendar);
+  EXPECT_EQ(next.Menu(), menu);
+  EXPECT_EQ(frame::thread_slots().MensagemErro, "Aditivo inexistente.");
 }
 
 TEST_F(CMainTest, EndingWithoutAConnectionRaisesNothing) {
