@@ -31,6 +31,8 @@ class FObterNovoNumOrd : public test::BaseTest {
   void record(std::string_view key) {
     run("insert into chaveunica (OID, DESCRICAO) values (1, '" + std::string(key) + "')");
   }
+  /// What `RunSQL` sends is in Oracle's words.
+  static bool is_translated() { return GetParam().kind == 2; }
   std::vector<std::string> recorded() {
     return rows("select DESCRICAO from chaveunica order by OID");
   }
@@ -137,7 +139,8 @@ TEST_P(FObterNovoNumOrd, TheLargestNumberCountsAndNotTheLongestText) {
 
 TEST_P(FObterNovoNumOrd, CodesCountCharacters) {
   EXPECT_EQ(base().fObterNovoNumOrd("AÇÃO"), 1);
-  EXPECT_NE(sSQL().find("SUBSTRING(descricao, 9, "), std::string::npos);
+  EXPECT_THAT(sSQL(), testing::HasSubstr(is_translated() ? "SUBSTR(DESCRICAO, 9, "
+                                                         : "SUBSTRING(descricao, 9, "));
   EXPECT_EQ(base().fObterNovoNumOrd("AÇÃO"), 2);
   EXPECT_EQ(base().fObterNovoNumOrd(""), 1);
   EXPECT_THAT(rows("select DESCRICAO from chaveunica where DESCRICAO like '####%'"),
@@ -208,17 +211,28 @@ TEST_P(FObterNovoNumOrd, AKeyThatDoesNotFitItsColumnRaisesInsteadOfBeingRetried)
 
 TEST_P(FObterNovoNumOrd, MakesItsCallsInTheirOrder) {
   oids_from(1000);
+  const std::string asked =
+      is_translated()
+          ? "SELECT NVL(MAX(TO_NUMBER( SUBSTR(DESCRICAO, 8, LEN(DESCRICAO))))+1, 1) NNUMORD FROM "
+            "CHAVEUNICA WHERE DESCRICAO LIKE '##PED##%'"
+          : "SELECT ISNULL(MAX(CONVERT(INTEGER, SUBSTRING(descricao, 8, LEN(descricao))))+1, 1) "
+            "nNumOrd FROM chaveunica WHERE descricao LIKE '##Ped##%'";
   EXPECT_THAT(calls_of([&] { return base().fObterNovoNumOrd("Ped"); }),
-              ElementsAre("execute SELECT ISNULL(MAX(CONVERT(INTEGER, SUBSTRING(descricao, 8, "
-                          "LEN(descricao))))+1, 1) nNumOrd FROM chaveunica WHERE descricao LIKE "
-                          "'##Ped##%'",
-                          "begin", "call atualoid [null]", "commit",
+              ElementsAre("execute " + asked, "begin", "call atualoid [null]", "commit",
                           "execute Select Delta from controlaoid", "describe ChaveUnica",
                           "execute insert into ChaveUnica (OID,DESCRICAO) values (?,?) [1000, "
                           "'##Ped##1']"));
-  EXPECT_EQ(sSQL(),
-            "SELECT ISNULL(MAX(CONVERT(INTEGER, SUBSTRING(descricao, 8, LEN(descricao))))+1, 1) "
-            "nNumOrd FROM chaveunica WHERE descricao LIKE '##Ped##%'");
+  EXPECT_EQ(sSQL(), asked);
+}
+
+TEST_P(FObterNovoNumOrd, OnOracleTheScratchTextComesBackTranslated) {
+  conn().Database(2);
+  static_cast<void>(raised([&] { base().fObterNovoNumOrd("Ped"); }));  // not every engine knows it
+  // kept: the code is in capitals in the pattern, though not in the recorded keys
+  constexpr std::string_view kOracle =
+      "SELECT NVL(MAX(TO_NUMBER( SUBSTR(DESCRICAO, 8, LEN(DESCRICAO))))+1, 1) NNUMORD FROM "
+      "CHAVEUNICA WHERE DESCRICAO LIKE '##PED##%'";
+  EXPECT_EQ(sSQL(), kOracle);
 }
 
 TEST_P(FObterNovoNumOrd, ReadsItsParameterFirst) {
@@ -228,7 +242,8 @@ TEST_P(FObterNovoNumOrd, ReadsItsParameterFirst) {
       calls_of([&] { return base().fObterNovoNumOrd("PED", "INICIO"); });
   ASSERT_EQ(calls.size(), 4U);
   EXPECT_THAT(calls[0], testing::HasSubstr("nomeinterno = 'INICIO')) AND ritem = 1"));
-  EXPECT_THAT(calls[1], testing::HasSubstr("LEN(descricao))))+1, 501) nNumOrd"));
+  EXPECT_THAT(calls[1], testing::HasSubstr(is_translated() ? "LEN(DESCRICAO))))+1, 501) NNUMORD"
+                                                           : "LEN(descricao))))+1, 501) nNumOrd"));
 }
 
 /// Somebody else does something before each attempt to store a number.

@@ -1,6 +1,7 @@
 /// A look at the two scratch fields of a `Base`.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "pelm/base.h"
@@ -14,6 +15,8 @@ class BaseProbe {
   /// No operation has left its record set behind.
   bool is_idle() const { return base_.rsBase == nullptr; }
   const std::string& sSQL() const { return base_.sSQL; }
+  /// Of the operation in progress; null between operations.
+  const std::shared_ptr<ado::Recordset>& rsBase() const { return base_.rsBase; }
 
  private:
   const Base& base_;
