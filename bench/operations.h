@@ -24,6 +24,7 @@ struct Operations {
   std::function<void(int)> change_item;
   std::function<std::string(int)> item_name;
   std::function<void(int)> insert_contact;
+  std::function<int(int)> next_oid;
 };
 
 struct Operation {

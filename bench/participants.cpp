@@ -19,7 +19,8 @@ Operations floor_operations(const CrmDatabase& database) {
   return {[floor](int n) { floor->insert_item(fresh(n), name(n)); },
           [floor](int n) { floor->change_item(existing(n), name(n)); },
           [floor](int n) { return floor->item_name(existing(n)); },
-          [floor](int n) { floor->insert_contact(name(n), kPosition, kCompany); }};
+          [floor](int n) { floor->insert_contact(name(n), kPosition, kCompany); },
+          [floor](int) { return floor->next_oid(); }};
 }
 
 Operations direct_operations(const CrmDatabase& database) {
@@ -28,7 +29,8 @@ Operations direct_operations(const CrmDatabase& database) {
   return {[main, base](int n) { base->cadastrar_item(1, name(n), 20, fresh(n)); },
           [base](int n) { base->alterar_item(existing(n), 1, Variant(name(n))); },
           [base](int n) { return base->fObterNomeItem(existing(n)); },
-          [base](int n) { base->cadastrar_contato(name(n), kPosition, kCompany); }};
+          [base](int n) { base->cadastrar_contato(name(n), kPosition, kCompany); },
+          [base](int) { return base->Gerar_Oid(); }};
 }
 
 Operations named_operations(const CrmDatabase& database) {
@@ -41,7 +43,8 @@ Operations named_operations(const CrmDatabase& database) {
   return {[main, call](int n) { call("cadastrar_item", 1, name(n), 20, fresh(n)); },
           [call](int n) { call("alterar_item", existing(n), 1, name(n)); },
           [call](int n) { return to_text(call("fObterNomeItem", existing(n))); },
-          [call](int n) { call("cadastrar_contato", name(n), kPosition, kCompany); }};
+          [call](int n) { call("cadastrar_contato", name(n), kPosition, kCompany); },
+          [call](int) { return to_long(call("Gerar_Oid")); }};
 }
 
 constexpr Participant kParticipants[] = {
@@ -71,6 +74,7 @@ constexpr Operation kOperations[] = {
     {"alterar_item", [](const Operations& o, int n) { o.change_item(n); }},
     {"fObterNomeItem", [](const Operations& o, int n) { o.item_name(n); }},
     {"cadastrar_contato", [](const Operations& o, int n) { o.insert_contact(n); }},
+    {"Gerar_Oid", [](const Operations& o, int n) { o.next_oid(n); }},
 };
 
 }  // namespace

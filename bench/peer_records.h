@@ -78,7 +78,6 @@ class PeerRecords {
     peer_.run(texts::kInsertPosition, kPosition, kCompany, oid, next_oid());
   }
 
- private:
   int next_oid() {
     if (next_ > last_) {
       peer_.run(texts::kBegin);
@@ -91,6 +90,7 @@ class PeerRecords {
     return next_++;
   }
 
+ private:
   Peer peer_;
   int next_ = 0;
   int last_ = -1;
@@ -102,7 +102,8 @@ Operations peer_operations(const CrmDatabase& database) {
   return {[records](int n) { records->insert_item(fresh(n), 20, name(n)); },
           [records](int n) { records->change_item(existing(n), name(n)); },
           [records](int n) { return records->item_name(existing(n)); },
-          [records](int n) { records->insert_contact(name(n)); }};
+          [records](int n) { records->insert_contact(name(n)); },
+          [records](int) { return records->next_oid(); }};
 }
 
 }  // namespace pelm::bench

@@ -1,56 +1,77 @@
 #!/usr/bin/env python3
 # Prints the results of the benchmarks as Markdown tables: medians, and their ratios to the floor.
 #
-#   bench/report.py RESULTS.json…
+#   bench/report.py [--picture FILE.svg] RESULTS.json…
+#   bench/report.py --compare THEN.json… -- NOW.json…
 import json
 import os
 import statistics
 import sys
 
+import picture
+
 FLOOR = "c"  # the participant that others are compared with
 STORAGES = ("memory", "normal", "full")
 
 
-def read(path):
-    """The runs of one program: name -> list of nanoseconds (or of bytes a second)."""
-    runs, rates = {}, {}
-    if os.path.getsize(path) == 0:
-        return runs, rates
-    with open(path) as file:
-        for run in json.load(file)["benchmarks"]:
+def read(paths):
+    """The runs of some programs: name -> nanoseconds; name -> bytes a second."""
+    times, rates = {}, {}
+    for path in paths:
+        if os.path.getsize(path) == 0:  # nothing matched
+            continue
+        with open(path) as file:
+            runs = json.load(file).get("benchmarks", [])
+        for run in runs:
             if run.get("run_type") != "iteration" or run.get("error_occurred"):
                 continue
-            # In memory all the time is the processor's: what others do on the machine is left out.
-            time = "cpu_time" if "/memory/" in run["run_name"] else "real_time"
-            runs.setdefault(run["run_name"], []).append(run[time])
+            name = run["run_name"]
+            # Without a disk all the time is the processor's, and others on the machine are left out.
+            of_disk = "/normal/" in name or "/full/" in name
+            unit = {"ns": 1, "us": 1e3, "ms": 1e6}[run["time_unit"]]
+            times.setdefault(name, []).append(run["real_time" if of_disk else "cpu_time"] * unit)
             if "bytes_per_second" in run:
-                rates.setdefault(run["run_name"], []).append(run["bytes_per_second"])
-    return runs, rates
+                rates.setdefault(name, []).append(run["bytes_per_second"])
+    return ({name: statistics.median(t) for name, t in times.items()},
+            {name: statistics.median(r) for name, r in rates.items()})
 
 
-def operations(runs):
+def by_operation(times):
     """operation -> storage -> participant -> median."""
     table = {}
-    for name, times in runs.items():
+    for name, time in times.items():
         parts = name.split("/")
         if len(parts) == 3 and parts[1] in STORAGES:
             operation, storage, participant = parts
-            table.setdefault(operation, {}).setdefault(storage, {})[participant] = statistics.median(times)
+            table.setdefault(operation, {}).setdefault(storage, {})[participant] = time
     return table
 
 
+def order(participant):
+    """The component first, then its peers by name."""
+    return ({"component": 0, "by_name": 1}.get(participant, 2), participant)
+
+
 def print_operations(table):
-    participants = [p for p in dict.fromkeys(
-        p for storages in table.values() for medians in storages.values() for p in medians) if p != FLOOR]
+    participants = sorted({p for storages in table.values() for medians in storages.values() for p in medians
+                           if p != FLOOR}, key=order)
     print("| operation | storage | floor, µs | " + " | ".join(participants) + " |")
     print("|---|---|---|" + "---|" * len(participants))
-    for operation in sorted(table):
+    for operation in table:
         for storage, medians in sorted(table[operation].items(), key=lambda s: STORAGES.index(s[0])):
             floor = medians.get(FLOOR)
             if not floor:
                 continue
             cells = [f"{medians[p] / floor:.2f}" if p in medians else "" for p in participants]
-            print(f"| `{operation}` | {storage} | {floor / 1000:.1f} | " + " | ".join(cells) + " |")
+            print(f"| `{operation}` | {storage} | {floor / 1000:,.2f} | " + " | ".join(cells) + " |")
+    print()
+
+
+def print_calls(times):
+    print("| call | ns |\n|---|---|")
+    for name, time in times.items():
+        print(f"| {name} | {time:,.0f} |")
+    print()
 
 
 def print_rates(rates):
@@ -59,19 +80,38 @@ def print_rates(rates):
     for name in sorted(rates):
         if not name.endswith("/literal"):
             literal = rates.get(name + "/literal")
-            cells = [f"{statistics.median(r) / 1e6:,.0f}" if r else "" for r in (rates[name], literal)]
-            print(f"| {name} | {cells[0]} | {cells[1]} |")
+            print(f"| {name} | {rates[name] / 1e6:,.0f} | {f'{literal / 1e6:,.0f}' if literal else ''} |")
+    print()
+
+
+def compare(then, now):
+    print("| | then, µs | now, µs | ratio |\n|---|---|---|---|")
+    for name, time in now.items():
+        if name in then:
+            print(f"| {name} | {then[name] / 1000:.2f} | {time / 1000:.2f} | {time / then[name]:.2f} |")
 
 
 def main():
-    for path in sys.argv[1:]:
-        runs, rates = read(path)
-        table = operations(runs)
-        if table:
-            print_operations(table)
-        if rates:
-            print_rates(rates)
-        print()
+    arguments = sys.argv[1:]
+    if arguments[:1] == ["--compare"]:
+        half = arguments.index("--")
+        compare(read(arguments[1:half])[0], read(arguments[half + 1:])[0])
+        return
+    drawing = None
+    if arguments[:1] == ["--picture"]:
+        drawing, arguments = arguments[1], arguments[2:]
+    times, rates = read(arguments)
+    table = by_operation(times)
+    if table:
+        print_operations(table)
+    calls = {n: t for n, t in times.items() if n.split("/")[0] in ("call", "barcode", "calendar")}
+    if calls:
+        print_calls(calls)
+    if rates:
+        print_rates(rates)
+    if drawing:
+        with open(drawing, "w") as file:
+            file.write(picture.drawn(table, FLOOR))
 
 
 if __name__ == "__main__":
