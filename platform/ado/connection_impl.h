@@ -43,6 +43,7 @@ class ConnectionImpl {
   ColumnList describe(std::string_view table, std::int32_t timeout);
   const Session& session() const noexcept { return lease_.session(); }
   StatementTexts& texts() const noexcept { return lease_.texts(); }
+  KnownTargets& targets() const noexcept { return lease_.targets(); }
   /// Grows with every statement that may have changed something.
   std::uint64_t changes() const noexcept { return changes_; }
 

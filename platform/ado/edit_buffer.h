@@ -32,7 +32,7 @@ class EditBuffer {
     values_.clear();
   }
   /// Begins an edit of the current row unless one or an addition is pending.
-  void assign(ColumnIndex column, Variant value) {
+  void assign(ColumnIndex column, Variant&& value) {
     if (mode_ == adEditNone) mode_ = adEditInProgress;
     const auto known = std::ranges::find(columns_, column);
     if (known != columns_.end()) {

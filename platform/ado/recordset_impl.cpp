@@ -286,7 +286,7 @@ Variant RecordsetImpl::original_value(std::size_t index) {
   return rows_.value(static_cast<std::size_t>(row_), index);
 }
 
-void RecordsetImpl::assign(std::size_t index, Variant value) {
+void RecordsetImpl::assign(std::size_t index, Variant&& value) {
   const Column& shown = column(index);
   check_writable(kFieldSource);
   if (!edit_.adding()) check_row(kFieldSource);
@@ -379,13 +379,10 @@ void RecordsetImpl::remove() {
   rows_.erase(row);
 }
 
-UpdateTarget& RecordsetImpl::target() {
-  if (!target_) {
-    if (!table_.empty()) {
-      target_.emplace(table_, columns_);
-    } else {
-      target_.emplace(*link_, source, columns_, timeout_);
-    }
+const UpdateTarget& RecordsetImpl::target() {
+  if (target_ == nullptr) {
+    target_ = table_.empty() ? link_->targets().find(*link_, source, columns_, timeout_)
+                             : std::make_shared<const UpdateTarget>(table_, columns_);
   }
   return *target_;
 }

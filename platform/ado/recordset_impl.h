@@ -61,7 +61,7 @@ class RecordsetImpl final : private Attached {
   const Column& column(std::size_t index) const;
   Variant value(std::size_t column);
   Variant original_value(std::size_t column);
-  void assign(std::size_t column, Variant value);
+  void assign(std::size_t column, Variant&& value);
 
   // Editing.
   EditModeEnum edit_mode();
@@ -107,7 +107,7 @@ class RecordsetImpl final : private Attached {
   void check_row(std::string_view source);
   void check_writable(std::string_view source) const;
   void store_pending();
-  UpdateTarget& target();
+  const UpdateTarget& target();
   void keep_values(std::size_t row);
   void keep_added_row();
   void complete_added_row(std::optional<ColumnIndex> asked);
@@ -120,7 +120,7 @@ class RecordsetImpl final : private Attached {
   RowStore rows_;
   std::ptrdiff_t row_ = 0;  // -1 before the first; rows_.size() after the last
   EditBuffer edit_;
-  std::optional<UpdateTarget> target_;
+  std::shared_ptr<const UpdateTarget> target_;
   std::vector<AddedRow> added_;  // by row
 };
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/ado/known_targets.h"
 #include "platform/ado/provider.h"
 #include "platform/ado/statement_texts.h"
 
@@ -20,6 +21,7 @@ struct PooledSession {
   std::string key;                     // empty: not to be pooled
   std::unique_ptr<Session> session;
   StatementTexts texts;
+  KnownTargets targets;
 };
 
 /// The right to use a session; gives it back when it goes.
@@ -36,6 +38,7 @@ class SessionLease {
   explicit operator bool() const noexcept { return pooled_ != nullptr; }
   Session& session() const noexcept { return *pooled_->session; }
   StatementTexts& texts() const noexcept { return pooled_->texts; }
+  KnownTargets& targets() const noexcept { return pooled_->targets; }
   const Provider& provider() const noexcept { return *pooled_->provider; }
 
   /// An open transaction is rolled back; a lost session is dropped.

@@ -149,6 +149,8 @@ UpdateTarget::Search UpdateTarget::search_for(const RowStore& rows, std::size_t 
     if (search.conditions.empty()) no_stored_column();
     return search;
   }
+  search.conditions.reserve(key_.size() + assigned.size());
+  search.values.reserve(key_.size() + assigned.size());
   for (const ColumnIndex k : key_) add(k);
   for (const ColumnIndex a : assigned) {
     if (std::ranges::find(key_, a) == key_.end()) add(a);
@@ -172,7 +174,9 @@ void UpdateTarget::update(ConnectionImpl& connection, const EditBuffer& edit, co
   std::vector<ColumnIndex> room;
   const std::span<const ColumnIndex> assigned = all_in_table(edit.columns(), room);
   const Search search = search_for(rows, row, assigned);
-  std::vector<Variant> bound(edit.values().begin(), edit.values().end());
+  std::vector<Variant> bound;
+  bound.reserve(edit.values().size() + 2 * search.values.size());
+  bound.assign(edit.values().begin(), edit.values().end());
   search.append_values_to(bound);
   const std::string& sql =
       connection.texts().update(connection.session(), table_, columns_, assigned, search.shape());

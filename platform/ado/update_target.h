@@ -23,6 +23,10 @@ class UpdateTarget {
   UpdateTarget(ConnectionImpl& connection, std::string_view sql, const ColumnList& result,
                std::int32_t timeout);
 
+  /// As it was named; empty where the rows are not those of one table.
+  const std::string& table() const noexcept { return table_; }
+  /// Of the table; null where there is none.
+  const ColumnList& columns() const noexcept { return columns_; }
   /// The table's own description of a column of the record set; null for a computed one.
   const Column* column(ColumnIndex index) const noexcept;
 

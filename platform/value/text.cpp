@@ -167,6 +167,16 @@ std::string upper(std::string_view s) { return mapped(s, 'a', upper_letter); }
 std::string lower(std::string_view s) { return mapped(s, 'A', lower_letter); }
 
 bool equal_case_blind(std::string_view a, std::string_view b) noexcept {
+  // Most names have no accent: as long as neither has one, bytes are letters.
+  std::size_t plain = 0;
+  for (const std::size_t both = std::min(a.size(), b.size()); plain < both; ++plain) {
+    const auto x = static_cast<unsigned char>(a[plain]);
+    const auto y = static_cast<unsigned char>(b[plain]);
+    if (x >= 0x80 || y >= 0x80) break;
+    if (x != y && lower_letter(x) != lower_letter(y)) return false;
+  }
+  a.remove_prefix(plain);
+  b.remove_prefix(plain);
   while (!a.empty() && !b.empty()) {
     const Character x = character_at(a, 0);
     const Character y = character_at(b, 0);

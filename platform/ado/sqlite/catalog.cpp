@@ -74,25 +74,28 @@ bool Catalog::step(const Prepared& prepared, const std::string& sql) const {
   return false;
 }
 
-SharedColumns Catalog::describe(std::string_view table) {
-  const std::string name = bare_name(table);
-  const std::string key = capitals(name);
-  const std::string sql = "SELECT * FROM " + quoted_name(name) + " LIMIT 0";
+Catalog::Table Catalog::new_table(std::string_view written) const {
+  Table table;
+  table.name = bare_name(written);
+  table.sql = "SELECT * FROM " + quoted_name(table.name) + " LIMIT 0";
+  table.probe = prepare(table.sql);
+  return table;
+}
+
+SharedColumns Catalog::describe(std::string_view written) {
   database_.watchdog().restart();
-  auto found = tables_.find(key);
+  auto found = tables_.find(written);
   if (found == tables_.end()) {
     if (tables_.size() >= kMaxTables) tables_.clear();
-    Table fresh;
-    fresh.probe = prepare(sql);
-    found = tables_.emplace(key, std::move(fresh)).first;
+    found = tables_.emplace(written, new_table(written)).first;
   }
   Table& known = found->second;
   try {
-    step(*known.probe, sql);
+    step(*known.probe, known.sql);
     sqlite3_reset(known.probe->statement());
     const int preparations = preparations_of(known.probe->statement());
     if (known.columns == nullptr || preparations != known.preparations) {
-      known.columns = read_columns(name);
+      known.columns = read_columns(known.name);
       known.preparations = preparations;
     }
   } catch (...) {

@@ -22,7 +22,7 @@ class Catalog : public SchemaNames {
 
   /// One run of a kept statement that reads no row tells whether the table is still as it was.
   /// Raises kNoTable.
-  SharedColumns describe(std::string_view table);
+  SharedColumns describe(std::string_view written);
 
   /// Before `find`: reads the names again when the database's schema has changed.
   void refresh();
@@ -37,18 +37,20 @@ class Catalog : public SchemaNames {
  private:
   static constexpr std::int64_t kUnknownVersion = -1;
   struct Table {
+    std::string name;
+    std::string sql;
     std::unique_ptr<Prepared> probe;
     SharedColumns columns;
     int preparations = 0;
   };
   std::unique_ptr<Prepared> prepare(const std::string& sql) const;
   bool step(const Prepared& prepared, const std::string& sql) const;
-  void check(Table& table, const std::string& sql) const;
+  Table new_table(std::string_view written) const;
   SharedColumns read_columns(const std::string& name) const;
   std::vector<std::string> key_of(const std::string& name, bool& rowid_key) const;
 
   Database& database_;
-  std::map<std::string, Table, std::less<>> tables_;  // by capitals of the name
+  std::map<std::string, Table, std::less<>> tables_;  // by the name as it was written
   std::map<std::string, std::vector<NamedColumn>, std::less<>> names_;
   std::unique_ptr<Prepared> version_probe_;
   std::int64_t version_ = kUnknownVersion;

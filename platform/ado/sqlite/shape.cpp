@@ -11,7 +11,6 @@ namespace pelm::ado::sqlite {
 namespace {
 
 constexpr std::size_t kMaxLiterals = 10000;  // SQLite refuses more than 32,766 parameters
-constexpr std::size_t kLongestNumber = 18;   // digits that fit 64 bits whatever they are
 
 enum class Effect { None, Bind, Keep, Pattern, EndPattern, TypeFollows, Convert, Cast };
 struct Keyword {
@@ -165,6 +164,7 @@ std::optional<Literal> Shape::literal(const Token& token) const {
       const char* const end = s.data() + s.size();
       const auto [read, error] = std::from_chars(s.data(), end, value.number);
       if (s.size() > kLongestNumber || error != std::errc() || read != end) return {};
+      value.text = s;
       return value;
     }
     case TokenKind::Text:
@@ -181,6 +181,15 @@ std::optional<Literal> Shape::literal(const Token& token) const {
 }
 
 void Shape::read(std::string_view sql) {
+  if (const std::string* const known = seen_.find(sql, literals_)) {
+    text_ = *known;
+    return;
+  }
+  read_tokens(sql);
+  seen_.remember(sql, literals_, text_);
+}
+
+void Shape::read_tokens(std::string_view sql) {
   text_.clear();
   literals_.clear();
   frames_.assign(1, {});

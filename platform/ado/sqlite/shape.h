@@ -9,26 +9,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/ado/sqlite/literal.h"
+#include "platform/ado/sqlite/seen_texts.h"
 #include "platform/ado/sqlite/tokenizer.h"
 
 namespace pelm::ado::sqlite {
-
-struct Literal {
-  enum class Kind { Number, Text, Date };
-  Kind kind = Kind::Number;
-  std::int64_t number = 0;
-  std::string_view text;  ///< as written, without its quotes; lives as long as the statement's text
-  bool doubled = false;   ///< quotes inside are doubled still
-
-  std::string content() const;
-};
 
 /// Kept by a session and filled anew for each statement, so that it allocates nothing.
 class Shape {
@@ -54,10 +45,12 @@ class Shape {
     Call call = Call::Other;
     int argument = 0;
   };
+  void read_tokens(std::string_view sql);
   void word(const Token& token);
   void symbol(const Token& token);
   std::optional<Literal> literal(const Token& token) const;
 
+  SeenTexts seen_;
   std::string text_;
   std::vector<Literal> literals_;
   std::vector<Frame> frames_;

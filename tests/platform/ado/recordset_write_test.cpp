@@ -457,6 +457,39 @@ TEST_P(RecordsetOfAQuery, NamesTheTableAsTheTextDoes) {
             Variant(2));
 }
 
+// What was found out about the first is known again for the second.
+TEST_P(RecordsetOfAQuery, StatementsThatDifferInTheirNumbersChangeTheirOwnRows) {
+  run("insert into pessoa (oid, nome, peso) values (9, 'Bia', 60)");
+  for (const int oid : {8, 9, 8}) {
+    const auto rs =
+        query_for_update("select oid, peso, nome from pessoa where oid = " + std::to_string(oid));
+    rs->Fields("nome") = "n" + std::to_string(oid);
+    rs->Update();
+  }
+  EXPECT_EQ(stored("select nome from pessoa where oid = 8"), Variant("n8"));
+  EXPECT_EQ(stored("select nome from pessoa where oid = 9"), Variant("n9"));
+}
+
+TEST_P(RecordsetOfAQuery, AStatementThatMixesRowsIsRefusedEachTime) {
+  for (int i = 0; i < 2; ++i) {
+    const auto rs = query_for_update("select distinct oid, nome from pessoa where oid = 8");
+    rs->Fields("nome") = "Bia";
+    EXPECT_EQ(number_raised([&] { rs->Update(); }), number::kProviderCannot);
+    rs->CancelUpdate();
+  }
+  EXPECT_EQ(stored("select nome from pessoa where oid = 8"), Variant("Ana"));
+}
+
+TEST_P(RecordsetOfAQuery, AColumnAddedSinceTheLastTimeIsThere) {
+  const std::string all = "select * from pessoa where oid = 8";
+  query_for_update(all)->Fields("nome") = "Bia";
+  run("alter table pessoa add cidade varchar(30)");
+  const auto rs = query_for_update(all);
+  rs->Fields("cidade") = "Recife";
+  rs->Update();
+  EXPECT_EQ(stored("select cidade from pessoa where oid = 8"), Variant("Recife"));
+}
+
 PELM_ON_EVERY_ENGINE(RecordsetAddNew);
 PELM_ON_EVERY_ENGINE(RecordsetUpdate);
 PELM_ON_EVERY_ENGINE(RecordsetPendingEdit);
