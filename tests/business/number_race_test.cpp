@@ -14,13 +14,14 @@
 namespace pelm {
 namespace {
 
-constexpr int kNumbers = 2000;
-
 class NumberRace : public test::BaseTest {
  protected:
+  /// Fewer behind a driver: each number reads all before it, and a server evaluates our functions.
+  static int number_count() { return GetParam().provider == "SQLite" ? 2000 : 240; }
+
   /// `given`, in any order, must be the numbers that are recorded, each once.
   void expect_each_given_once(std::vector<std::int32_t> given) {
-    EXPECT_EQ(given.size(), static_cast<std::size_t>(kNumbers));
+    EXPECT_EQ(given.size(), static_cast<std::size_t>(number_count()));
     std::vector<std::int32_t> recorded;
     for (const std::string& key : rows("select DESCRICAO from chaveunica")) {
       recorded.push_back(to_long(key.substr(std::string_view("##PED##").size())));
@@ -43,7 +44,7 @@ TEST_P(NumberRace, EightThreadsTakeEachNumberOnce) {
     threads.emplace_back([&, t] {
       try {
         test::ComponentThread own(database, GetParam().kind);
-        for (int i = 0; i < kNumbers / kThreads; ++i) {
+        for (int i = 0; i < number_count() / kThreads; ++i) {
           taken[t].push_back(own.base().fObterNovoNumOrd("PED"));
         }
       } catch (...) {
@@ -66,7 +67,7 @@ TEST_P(NumberRace, FourProcessesTakeEachNumberOnce) {
   std::list<test::PrintingProcess> takers;
   for (int p = 0; p < kProcesses; ++p) {
     takers.emplace_back(std::string(PELM_NUMBER_TAKER) + " '" + connection_string() + "' " +
-                        std::to_string(kNumbers / kProcesses) + " " +
+                        std::to_string(number_count() / kProcesses) + " " +
                         std::to_string(GetParam().kind));
   }
   std::vector<std::int32_t> given;

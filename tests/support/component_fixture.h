@@ -68,7 +68,7 @@ class ComponentFixture : public testing::TestWithParam<Engine> {
   std::vector<std::string> rows(std::string_view sql) const;
   /// Of a query with one row.
   std::string row(std::string_view sql) const;
-  /// A statement without rows, on the test's own connection.
+  /// Statements without rows, ";" between them, on the test's own connection.
   void run(std::string_view sql) const;
   /// The tables that operations of `Base` write, each with its number of rows, those without rows
   /// left out: "item 2, pessoa 1".

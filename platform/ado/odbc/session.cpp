@@ -175,6 +175,8 @@ std::shared_ptr<const std::vector<Column>> OdbcSession::describe(std::string_vie
   if (auto known = catalog_.find(table, columns)) return known;
   std::vector<std::string> key;
   {
+    // MariaDB's driver reads freed memory when a statement that was used before asks for keys.
+    statements_.clear();
     StatementLease lease = take_statement();
     watch_.arm(lease.get(), timeout_);
     key = key_columns(lease.get(), table);
