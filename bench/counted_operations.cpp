@@ -34,7 +34,7 @@ int run(std::string_view participant, std::string_view operation) {
   const Participant* const who = named(participants(), participant);
   const Operation* const what = named(operations(), operation);
   if (who == nullptr || what == nullptr) return 2;
-  const CrmDatabase database(Storage::Memory, 1000);
+  const CrmDatabase database(Storage::Memory, 2000);
   const Operations work = who->make(database);
   for (int n = 0; n < kWarmUp; ++n) what->run(work, n);
   counted(*what, work);
