@@ -1,0 +1,123 @@
+// Every piece of memory that an operation of Base asks for is refused once, the engine's and its
+// own: an error of the operation, the rows of one of its steps and no other, and the next page
+// works. A program of its own, for it stands in for the allocators.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include "business/base_test.h"
+#include "business/swept_operations.h"
+#include "platform/ado/session_pool.h"
+
+namespace {
+
+/// Pieces until the one that is refused; 0: none is.
+std::atomic<std::size_t> left_for_engine = 0;
+std::atomic<bool> refused = false;
+
+bool engine_is_refused() {
+  if (left_for_engine == 0 || --left_for_engine > 0) return false;
+  return refused = true;
+}
+
+sqlite3_mem_methods& system_memory() {
+  static sqlite3_mem_methods methods;
+  return methods;
+}
+
+/// Before any test opens a database.
+const bool kInstalled = [] {
+  sqlite3_config(SQLITE_CONFIG_GETMALLOC, &system_memory());
+  sqlite3_mem_methods ours = system_memory();
+  ours.xMalloc = [](int size) -> void* {
+    return engine_is_refused() ? nullptr : system_memory().xMalloc(size);
+  };
+  ours.xRealloc = [](void* old, int size) -> void* {
+    return engine_is_refused() ? nullptr : system_memory().xRealloc(old, size);
+  };
+  if (sqlite3_config(SQLITE_CONFIG_MALLOC, &ours) != SQLITE_OK) std::abort();
+  return true;
+}();
+
+}  // namespace
+
+namespace pelm {
+namespace {
+
+using test::of_base;
+using test::raised;
+using test::RaisedNothing;
+using test::SweptOperation;
+
+class MemoryFaults : public test::BaseTest {
+ protected:
+  void make(const SweptOperation& operation) {
+    run("begin transaction; " + std::string(test::emptied_world()) + ";" +
+        std::string(operation.world) + "; commit transaction");
+    begin_page();
+  }
+  void begin_page() {
+    thread().conn().CloseConn();
+    ado::empty_session_pool();
+    thread().reopen();
+    thread().forget_oids();
+  }
+  std::string state(const SweptOperation& operation) {
+    if (operation.probe.empty()) return row_counts();
+    return row_counts() + ": " + row(operation.probe);
+  }
+
+  /// False when the operation met no refusal: it asks for fewer pieces.
+  bool refuse(const SweptOperation& operation, std::size_t n);
+};
+INSTANTIATE_TEST_SUITE_P(, MemoryFaults, ::testing::Values(test::engines().front()),
+                         [](const auto& engine) { return std::string(engine.param.name); });
+
+bool MemoryFaults::refuse(const SweptOperation& operation, std::size_t n) {
+  SCOPED_TRACE(std::string(operation.label) + ", piece " + std::to_string(n));
+  make(operation);
+  refused = false;
+  left_for_engine = n;
+  const std::optional<Error> error = raised([&] { operation.act(base()); });
+  left_for_engine = 0;
+  const bool met = refused;
+
+  EXPECT_TRUE(is_idle());
+  const std::string left = state(operation);
+  EXPECT_NE(std::find(operation.stages.begin(), operation.stages.end(), left),
+            operation.stages.end())
+      << "left half done: " << left;
+  if (error) {
+    EXPECT_EQ(error->source(), of_base(operation.name));
+    EXPECT_NE(error->number(), 0);
+  } else {
+    EXPECT_EQ(left, operation.stages.back()) << "said to be done";
+  }
+  begin_page();
+  EXPECT_THAT(raised([&] { base().fObterNomeItem(8); }), RaisedNothing()) << "the next page";
+  return met;
+}
+
+TEST_P(MemoryFaults, TheEngineIsRefusedAPiece) {
+  constexpr std::size_t kManyPieces = 20'000;
+  ASSERT_TRUE(kInstalled);
+  std::size_t offset = 0;  // so that the strides of two operations do not fall together
+  for (const SweptOperation& operation : test::swept_operations()) {
+    std::size_t n = 1;
+    while (n < kManyPieces && refuse(operation, n) && !HasFailure()) {
+      n += n < 12 ? 1 : 41 + offset % 7;
+    }
+    if (HasFailure()) return;
+    EXPECT_GT(n, 1U);
+    ++offset;
+  }
+  EXPECT_EQ(row("pragma integrity_check"), "ok");
+}
+
+}  // namespace
+}  // namespace pelm
