@@ -46,11 +46,14 @@ class Server:
         if made.returncode != 0:
             raise RuntimeError("mariadb-install-db: " + made.stdout)
 
-    def start(self):
+    def start(self, port=None):
+        """Listens on the socket, and on a port of loopback where one is given."""
+        network = ([f"--port={port}", "--bind-address=127.0.0.1", "--skip-name-resolve"] if port
+                   else ["--skip-networking"])
         with open(os.path.join(self.folder, "log"), "ab") as log:
             self.process = subprocess.Popen(
                 ["mariadbd", "--no-defaults", *self.as_root, f"--datadir={self.folder}/data",
-                 f"--socket={self.socket}", f"--pid-file={self.folder}/pid", "--skip-networking",
+                 f"--socket={self.socket}", f"--pid-file={self.folder}/pid", *network,
                  "--lower-case-table-names=1", "--character-set-server=utf8mb4",
                  "--collation-server=utf8mb4_uca1400_as_ci", "--skip-log-bin", "--innodb-flush-log-at-trx-commit=0",
                  "--innodb-flush-method=nosync", "--debug-no-sync", "--innodb-buffer-pool-size=32M",
