@@ -110,7 +110,7 @@ TEST_P(MemoryFaults, TheEngineIsRefusedAPiece) {
   for (const SweptOperation& operation : test::swept_operations()) {
     std::size_t n = 1;
     while (n < kManyPieces && refuse(operation, n) && !HasFailure()) {
-      n += n < 12 ? 1 : 41 + offset % 7;
+      n += n < 5 ? 1 : 151 + offset % 7;
     }
     if (HasFailure()) return;
     EXPECT_GT(n, 1U);
