@@ -1,4 +1,4 @@
-# What pages meet when the server is killed in the middle of an operation: the
+# What pages meet when the server is killed, or the network cut, in the middle of an operation: the
 # operation's own error within the time limits, then a page that works, and no OID given twice.
 import sys
 import tempfile
@@ -116,6 +116,24 @@ class Faults(unittest.TestCase):
                     self.server.start(self.port)
                     self.assertNotIn("falhou", self.visit(served, operation))
                     self.take_oids(served)
+        self.assertEqual(len(self.given), len(set(self.given)), self.given)
+
+    def test_a_network_that_is_cut_while_a_range_is_reserved_leaves_no_dead_connection_behind(self):
+        # The reservation opens a second connection; the page's own came from the pool just before,
+        # too short a rest to be asked whether it lives.
+        message, has_happened = 0, True
+        while has_happened:
+            message += 1
+            with self.subTest(message), self.serving() as served:
+                self.assertNotIn("falhou", self.visit(served, "fObterNomeItem"))
+                self.network.fail_at(message, relay.Relay.cut)
+                answer = self.visit(served, "oid")
+                has_happened = self.network.mend()
+                if has_happened:
+                    self.assertTrue(answer.startswith(f"falhou {LOST} ") or answer.isdecimal(), answer)
+                self.assertNotIn("falhou", self.visit(served, "fObterNomeItem"))
+                self.take_oids(served)
+        self.assertGreater(message, 5)
         self.assertEqual(len(self.given), len(set(self.given)), self.given)
 
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <utility>
 
 #include "pelm/error.h"
 #include "platform/ado/error_source.h"
@@ -25,12 +27,19 @@ constexpr std::array kLevels = {Level{adXactReadUncommitted, SQL_TXN_READ_UNCOMM
                                 Level{adXactRepeatableRead, SQL_TXN_REPEATABLE_READ},
                                 Level{adXactSerializable, SQL_TXN_SERIALIZABLE}};
 
+std::atomic<std::uint64_t>& losses_so_far() {
+  static std::atomic<std::uint64_t> count{0};
+  return count;
+}
+
 }  // namespace
 
-Link::Link(const SessionSettings& settings)
+Link::Link(const SessionSettings& settings) try
     : dbc_(open_link(driver_string(settings), settings.properties.for_display(),
                      settings.connection_timeout, settings.mode == adModeRead)) {
   learn();
+} catch (...) {
+  ++losses_so_far();
 }
 
 Link::~Link() {
@@ -59,10 +68,17 @@ std::string Link::info_text(SQLUSMALLINT what) const {
 
 void Link::fail(std::string_view what) {
   std::vector<DiagnosticRecord> records = diagnostics_of(SQL_HANDLE_DBC, dbc_);
-  for (const DiagnosticRecord& r : records) lost_ = lost_ || says_lost(kind_, r);
-  lost_ = lost_ || known_dead();
+  bool lost = known_dead();
+  for (const DiagnosticRecord& r : records) lost = lost || says_lost(kind_, r);
+  if (lost) lose();
   throw error_of(kind_, std::move(records), what);
 }
+
+void Link::lose() noexcept {
+  if (!std::exchange(lost_, true)) ++losses_so_far();
+}
+
+std::uint64_t Link::losses() noexcept { return losses_so_far().load(); }
 
 void Link::set_attribute(SQLINTEGER attribute, std::uintptr_t value, std::string_view what) {
   const SQLRETURN rc =

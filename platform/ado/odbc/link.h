@@ -42,7 +42,10 @@ class Link {
   /// Raises the error of the connection's last call.
   [[noreturn]] void fail(std::string_view what);
   bool lost() const noexcept { return lost_; }
-  void lose() noexcept { lost_ = true; }
+  void lose() noexcept;
+  /// How many connections of the process were lost or could not be opened: when one is, others may
+  /// be dead.
+  static std::uint64_t losses() noexcept;
 
  private:
   void learn();

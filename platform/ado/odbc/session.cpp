@@ -3,7 +3,6 @@
 
 #include <sqlext.h>
 
-#include <atomic>
 #include <utility>
 
 #include "pelm/error.h"
@@ -21,26 +20,14 @@ constexpr IsolationLevelEnum kUsualIsolation = adXactReadCommitted;
 /// A session that rested longer is asked whether it lives before it is handed out.
 constexpr std::chrono::seconds kRest{1};
 
-/// How many sessions of the process were found lost: when one is, others may be.
-std::atomic<std::uint64_t>& losses() {
-  static std::atomic<std::uint64_t> count{0};
-  return count;
-}
-
 }  // namespace
 
 OdbcSession::OdbcSession(const SessionSettings& settings)
     : link_(settings),
       connection_timeout_(settings.connection_timeout),
       last_answer_(std::chrono::steady_clock::now()),
-      losses_seen_(losses().load()) {
+      losses_seen_(Link::losses()) {
   link_.isolation(kUsualIsolation);
-}
-
-void OdbcSession::note_loss() noexcept {
-  if (link_.lost()) return;
-  link_.lose();
-  ++losses();
 }
 
 void OdbcSession::fail(StatementLease& lease, std::string_view sql, bool limit_passed) {
@@ -48,7 +35,7 @@ void OdbcSession::fail(StatementLease& lease, std::string_view sql, bool limit_p
   std::vector<DiagnosticRecord> records = diagnostics_of(SQL_HANDLE_STMT, lease.get());
   bool lost = false;
   for (const DiagnosticRecord& r : records) lost = lost || says_lost(link_.kind(), r);
-  if (lost || link_.known_dead()) note_loss();
+  if (lost || link_.known_dead()) link_.lose();
   throw error_of(link_.kind(), std::move(records), sql, limit_passed ? error_number::kTimeout : 0);
 }
 
@@ -295,11 +282,11 @@ bool OdbcSession::reset() noexcept {
     if (link_.in_transaction()) link_.rollback();
     last_inserted_.clear();
     link_.isolation(kUsualIsolation);
-    const std::uint64_t losses_now = losses().load();
+    const std::uint64_t losses_now = Link::losses();
     const bool rested = std::chrono::steady_clock::now() - last_answer_ > kRest;
     if (!rested && losses_now == losses_seen_) return true;
     if (link_.known_dead() || !is_alive()) {
-      note_loss();
+      link_.lose();
       return false;
     }
     losses_seen_ = losses_now;

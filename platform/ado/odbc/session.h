@@ -56,7 +56,6 @@ class OdbcSession final : public Session {
   std::unique_ptr<Cursor> answer_identity(std::string_view sql, const std::string& name);
   bool speaks_oracle();
   bool is_alive();
-  void note_loss() noexcept;
 
   Link link_;
   StatementPool statements_;
