@@ -46,6 +46,7 @@ bool has_items(ado::Connection& connection) {
 
 /// Looks and writes in one transaction: of several programs that start at once, one is first.
 void sow(ado::Connection& connection, const std::string& sql) {
+  connection.IsolationLevel(ado::adXactSerializable);
   connection.BeginTrans();
   if (!has_items(connection)) connection.Execute(sql);
   connection.CommitTrans();

@@ -37,6 +37,9 @@ class SqliteSession final : public Session {
   void rollback() override;
   bool reset() noexcept override;
 
+  /// Also when nothing in it has taken the write lock yet.
+  bool in_transaction() const;
+
   // For the parts of a session.
   Database& database() { return database_; }
   Catalog& catalog() { return catalog_; }
@@ -54,7 +57,6 @@ class SqliteSession final : public Session {
   void control(const char* sql) { database_.run(sql); }
 
  private:
-  bool in_transaction() const;
   std::shared_ptr<Plan> plan_for(std::string_view sql);
   std::shared_ptr<Plan> make_plan();
   StatementLease prepare(std::shared_ptr<Plan> plan);

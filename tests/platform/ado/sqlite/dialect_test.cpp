@@ -92,7 +92,7 @@ TEST_P(Dialect, RewritesAndGivesWhatTheCaseSays) {
     EXPECT_TRUE(fits(c.outcome, actual))
         << where << "\n  " << c.sql << "\n  expected:" << joined(c.outcome)
         << "\n  actual:" << joined(actual);
-    if (own.database().in_transaction()) run(*session, "rollback");
+    if (own.in_transaction()) run(*session, "rollback");
     if (c.sql.find("set ") == 0) own.reset();
   }
 }
