@@ -90,6 +90,8 @@ struct ObjectTable::Part {
   explicit Part(JSContext* cx) : wrappers(std::in_place, JS_GetRuntime(cx)) {}
 
   std::list<NativeRef> live;
+  /// Of pages that have ended: apart, so that the end of a page does not go through them again.
+  std::list<NativeRef> ended;
   /// Of wrappers that were collected: an object's end may be long, so it waits until the collection
   /// is over.
   std::list<NativeRef> collected;
@@ -298,8 +300,9 @@ class WrapperHandler : public js::BaseProxyHandler {
   void finalize(JS::GCContext*, JSObject* proxy) const override {
     JS::RemoveAssociatedMemory(proxy, kObjectBytes, kObjectUse);
     NativeRef* ref = ref_of(proxy);
-    auto& collected = ref->table->collected;
-    collected.splice(collected.end(), ref->table->live, ref->self);
+    ObjectTable::Part& table = *ref->table;
+    auto& from = ref->object ? table.live : table.ended;
+    table.collected.splice(table.collected.end(), from, ref->self);
   }
 
  private:
@@ -319,6 +322,7 @@ ObjectTable::~ObjectTable() = default;
 void ObjectTable::release_all() noexcept {
   if (part_->wrappers) part_->wrappers->clear();
   for (NativeRef& ref : part_->live) ref.object.reset();
+  part_->ended.splice(part_->ended.end(), part_->live);
   part_->collected.clear();
 }
 
@@ -326,8 +330,6 @@ void ObjectTable::leave_engine() noexcept {
   release_all();
   part_->wrappers.reset();
 }
-
-std::size_t ObjectTable::size() const noexcept { return part_->live.size(); }
 
 JSObject* wrap(JSContext* cx, const ObjectRef& object) {
   ObjectTable::Part& table = state_of(cx).objects->part();

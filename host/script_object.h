@@ -9,7 +9,6 @@
 
 #include <js/TypeDecls.h>
 
-#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -33,8 +32,6 @@ class ObjectTable {
   /// The last call before the engine's context goes; the table itself must outlive that, because
   /// the engine then collects its last wrappers.
   void leave_engine() noexcept;
-  /// Wrappers that have not been collected.
-  std::size_t size() const noexcept;
 
   struct Part;
   Part& part() noexcept { return *part_; }
