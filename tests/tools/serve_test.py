@@ -50,10 +50,9 @@ class Serve(unittest.TestCase):
                 self.assertIn("Fica gravado", visitor.get("/itens/", busca="Fica").text)
 
     def test_programs_that_start_together_make_one_database(self):
-        with concurrent.futures.ThreadPoolExecutor() as starting:
-            servers = list(starting.map(lambda _: Serving("--data", self.folder), range(4)))
-        for server in servers:
-            with server:
+        with contextlib.ExitStack() as running, concurrent.futures.ThreadPoolExecutor() as starting:
+            servers = starting.map(lambda _: running.enter_context(Serving("--data", self.folder)), range(4))
+            for server in servers:
                 self.assertRegex(Visitor(server.url).get("/").text, r"<strong>40</strong>\s+itens")
 
     def test_options_can_come_from_a_file(self):
