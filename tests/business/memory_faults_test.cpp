@@ -1,12 +1,13 @@
-// Every piece of memory that an operation of Base asks for is refused once, the engine's and its
-// own: an error of the operation, the rows of one of its steps and no other, and the next page
-// works. A program of its own, for it stands in for the allocators.
+// Pieces of memory that an operation of Base asks for are refused, the engine's and its own: an
+// error of the operation, the rows of one of its steps and no other, and the next page works. A
+// program of its own, for it stands in for the allocators.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <new>
 #include <optional>
 #include <string>
 
@@ -18,11 +19,18 @@ namespace {
 
 /// Pieces until the one that is refused; 0: none is.
 std::atomic<std::size_t> left_for_engine = 0;
+thread_local std::size_t left_for_program = 0;
 std::atomic<bool> refused = false;
 
-bool engine_is_refused() {
-  if (left_for_engine == 0 || --left_for_engine > 0) return false;
+bool is_refused(auto& left) {
+  if (left == 0 || --left > 0) return false;
   return refused = true;
+}
+
+bool engine_is_refused() { return is_refused(left_for_engine); }
+
+void* piece(std::size_t size) {
+  return is_refused(left_for_program) ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 
 sqlite3_mem_methods& system_memory() {
@@ -45,6 +53,15 @@ const bool kInstalled = [] {
 }();
 
 }  // namespace
+
+void* operator new(std::size_t size) {
+  if (void* const made = piece(size)) return made;
+  throw std::bad_alloc();
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return piece(size); }
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
 
 namespace pelm {
 namespace {
@@ -73,18 +90,20 @@ class MemoryFaults : public test::BaseTest {
   }
 
   /// False when the operation met no refusal: it asks for fewer pieces.
-  bool refuse(const SweptOperation& operation, std::size_t n);
+  bool refuse(const SweptOperation& operation, auto& left_for, std::size_t n);
+  /// The first pieces, then one about every `stride`.
+  void sweep(auto& left_for, std::size_t stride);
 };
 INSTANTIATE_TEST_SUITE_P(, MemoryFaults, ::testing::Values(test::engines().front()),
                          [](const auto& engine) { return std::string(engine.param.name); });
 
-bool MemoryFaults::refuse(const SweptOperation& operation, std::size_t n) {
+bool MemoryFaults::refuse(const SweptOperation& operation, auto& left_for, std::size_t n) {
   SCOPED_TRACE(std::string(operation.label) + ", piece " + std::to_string(n));
   make(operation);
   refused = false;
-  left_for_engine = n;
+  left_for = n;
   const std::optional<Error> error = raised([&] { operation.act(base()); });
-  left_for_engine = 0;
+  left_for = 0;
   const bool met = refused;
 
   EXPECT_TRUE(is_idle());
@@ -103,14 +122,13 @@ bool MemoryFaults::refuse(const SweptOperation& operation, std::size_t n) {
   return met;
 }
 
-TEST_P(MemoryFaults, TheEngineIsRefusedAPiece) {
+void MemoryFaults::sweep(auto& left_for, std::size_t stride) {
   constexpr std::size_t kManyPieces = 20'000;
-  ASSERT_TRUE(kInstalled);
   std::size_t offset = 0;  // so that the strides of two operations do not fall together
   for (const SweptOperation& operation : test::swept_operations()) {
     std::size_t n = 1;
-    while (n < kManyPieces && refuse(operation, n) && !HasFailure()) {
-      n += n < 5 ? 1 : 151 + offset % 7;
+    while (n < kManyPieces && refuse(operation, left_for, n) && !HasFailure()) {
+      n += n < 5 ? 1 : stride + offset % 7;
     }
     if (HasFailure()) return;
     EXPECT_GT(n, 1U);
@@ -118,6 +136,13 @@ TEST_P(MemoryFaults, TheEngineIsRefusedAPiece) {
   }
   EXPECT_EQ(row("pragma integrity_check"), "ok");
 }
+
+TEST_P(MemoryFaults, TheEngineIsRefusedAPiece) {
+  ASSERT_TRUE(kInstalled);
+  sweep(left_for_engine, 151);
+}
+
+TEST_P(MemoryFaults, TheProgramIsRefusedAPiece) { sweep(left_for_program, 23); }
 
 }  // namespace
 }  // namespace pelm

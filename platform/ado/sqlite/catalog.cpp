@@ -60,7 +60,7 @@ std::unique_ptr<Prepared> Catalog::prepare(const std::string& sql) const {
   const int code = sqlite3_prepare_v3(database_.handle(), sql.c_str(), static_cast<int>(sql.size()),
                                       SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
   if (code != SQLITE_OK) database_.fail(code, sql);
-  return std::make_unique<Prepared>(statement);
+  return std::make_unique<Prepared>(Prepared::Statement(statement));
 }
 
 // True for a row.

@@ -232,7 +232,7 @@ StatementLease SqliteSession::prepare(std::shared_ptr<Plan> plan) {
     database_.fail(code, sql);
   }
   if (statement == nullptr) refuse("the command text is empty");
-  auto prepared = std::make_unique<Prepared>(statement);
+  auto prepared = std::make_unique<Prepared>(Prepared::Statement(statement));
   if (sqlite3_column_count(statement) > 0) {
     prepared->columns = catalog_.result_columns(statement, plan->translation);
   }

@@ -11,7 +11,9 @@ namespace pelm::ado::sqlite {
 void Prepared::Finalizer::operator()(sqlite3_stmt* s) const noexcept { sqlite3_finalize(s); }
 
 StatementLease::StatementLease(std::shared_ptr<Plan> plan, std::unique_ptr<Prepared> prepared)
-    : plan_(std::move(plan)), prepared_(std::move(prepared)) {}
+    : plan_(std::move(plan)), prepared_(std::move(prepared)) {
+  plan_->idle.reserve(StatementCache::kMaxIdleOfShape);  // giving back must not need memory
+}
 
 StatementLease::~StatementLease() {
   if (prepared_ == nullptr) return;

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/ado/provider.h"
@@ -22,17 +23,19 @@ namespace pelm::ado::sqlite {
 /// One prepared statement and what is known of its result.
 class Prepared {
  public:
-  explicit Prepared(sqlite3_stmt* statement) : statement_(statement) {}
+  struct Finalizer {
+    void operator()(sqlite3_stmt* s) const noexcept;
+  };
+  using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
+
+  explicit Prepared(Statement statement) : statement_(std::move(statement)) {}
   sqlite3_stmt* statement() const { return statement_.get(); }
 
   std::shared_ptr<const std::vector<Column>> columns;
   int preparations = 0;  ///< how often the engine had prepared it again when `columns` was read
 
  private:
-  struct Finalizer {
-    void operator()(sqlite3_stmt* s) const noexcept;
-  };
-  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+  Statement statement_;
 };
 
 /// What is known of a shape: how it is run, and statements of it that wait for their next use.
