@@ -54,14 +54,17 @@ const bool kInstalled = [] {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined: the compiler would take them apart and miss the pairs.
+[[gnu::noinline]] void* operator new(std::size_t size) {
   if (void* const made = piece(size)) return made;
   throw std::bad_alloc();
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return piece(size); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return piece(size);
+}
+[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
 
 namespace pelm {
 namespace {
