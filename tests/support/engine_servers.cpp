@@ -33,7 +33,7 @@ std::string unused_name() {
 class MariaDbDatabase final : public FreshDatabase {
  public:
   /// `settings` go behind the connection string.
-  MariaDbDatabase(const char* socket, std::string collation, std::string settings)
+  MariaDbDatabase(const char* socket, const std::string& collation, std::string settings)
       : server_("Driver={MariaDB Unicode};Socket=" + std::string(socket) +
                 ";UID=root;Charset=utf8mb4"),
         name_(unused_name()),

@@ -61,14 +61,15 @@ std::string text_of(SQLHSTMT statement, std::size_t column) {
 // A server has schemas or catalogues or both: the qualifier is tried as the one it may be.
 std::vector<std::string> primary_key(SQLHSTMT statement, const TableName& table) {
   constexpr std::size_t kColumnName = 3;
+  constexpr SQLSMALLINT kNone = 0;
   NameArgument qualifier(table.qualifier);
   NameArgument name(table.name);
   std::vector<std::string> key;
   for (const bool as_schema : {true, false}) {
-    const SQLRETURN rc =
-        SQLPrimaryKeysW(statement, as_schema ? nullptr : qualifier.data(),
-                        as_schema ? 0 : qualifier.size(), as_schema ? qualifier.data() : nullptr,
-                        as_schema ? qualifier.size() : 0, name.data(), name.size());
+    const SQLRETURN rc = SQLPrimaryKeysW(
+        statement, as_schema ? nullptr : qualifier.data(), as_schema ? kNone : qualifier.size(),
+        as_schema ? qualifier.data() : nullptr, as_schema ? qualifier.size() : kNone, name.data(),
+        name.size());
     while (SQL_SUCCEEDED(rc) && SQL_SUCCEEDED(SQLFetch(statement))) {
       key.push_back(text_of(statement, kColumnName));
     }

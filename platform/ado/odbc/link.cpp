@@ -8,6 +8,7 @@
 
 #include "pelm/error.h"
 #include "platform/ado/error_source.h"
+#include "platform/ado/odbc/attribute.h"
 #include "platform/ado/odbc/driver_string.h"
 #include "platform/ado/odbc/errors.h"
 #include "platform/ado/odbc/opening.h"
@@ -81,8 +82,7 @@ void Link::lose() noexcept {
 std::uint64_t Link::losses() noexcept { return losses_so_far().load(); }
 
 void Link::set_attribute(SQLINTEGER attribute, std::uintptr_t value, std::string_view what) {
-  const SQLRETURN rc =
-      SQLSetConnectAttrW(dbc_, attribute, reinterpret_cast<SQLPOINTER>(value), SQL_IS_UINTEGER);
+  const SQLRETURN rc = SQLSetConnectAttrW(dbc_, attribute, attribute_value(value), SQL_IS_UINTEGER);
   if (!SQL_SUCCEEDED(rc)) fail(what);
 }
 
@@ -125,8 +125,7 @@ bool Link::known_dead() const noexcept {
 
 void Link::forget_settings() noexcept {
   if (kind_ != ServerKind::SqlServer) return;
-  constexpr std::uintptr_t kYes = 1;
-  SQLSetConnectAttrW(dbc_, SQL_ATTR_RESET_CONNECTION, reinterpret_cast<SQLPOINTER>(kYes),
+  SQLSetConnectAttrW(dbc_, SQL_ATTR_RESET_CONNECTION, attribute_value(SQL_RESET_CONNECTION_YES),
                      SQL_IS_UINTEGER);
 }
 

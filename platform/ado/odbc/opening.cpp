@@ -14,6 +14,7 @@
 
 #include "pelm/error.h"
 #include "platform/ado/error_source.h"
+#include "platform/ado/odbc/attribute.h"
 #include "platform/ado/odbc/errors.h"
 #include "platform/ado/odbc/wide_text.h"
 
@@ -32,8 +33,6 @@ SQLHENV environment() {
   }();
   return the_one;
 }
-
-SQLPOINTER attribute_value(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
 
 /// What the opening thread and the one that waits for it share.
 struct Opening {
@@ -119,7 +118,7 @@ SQLHDBC open_link(const std::string& string, const std::string& shown, std::int3
     opening->left = true;
     raise_late(shown, seconds);
   }
-  if (opening->error) throw *opening->error;
+  if (opening->error) throw Error(*opening->error);
   return opening->handle;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "pelm/error.h"
+#include "platform/ado/odbc/attribute.h"
 #include "platform/ado/odbc/cursor.h"
 #include "platform/ado/odbc/errors.h"
 #include "platform/ado/odbc/identity.h"
@@ -44,8 +45,7 @@ StatementLease OdbcSession::take_statement(std::string_view prepared) {
   if (statement == nullptr) link_.fail({});
   // A driver that does not know the attribute has its statements cancelled all the same.
   SQLSetStmtAttrW(statement->handle, SQL_ATTR_QUERY_TIMEOUT,
-                  reinterpret_cast<SQLPOINTER>(static_cast<std::uintptr_t>(timeout_)),
-                  SQL_IS_UINTEGER);
+                  attribute_value(static_cast<std::uintptr_t>(timeout_)), SQL_IS_UINTEGER);
   return {statements_, std::move(statement)};
 }
 

@@ -167,8 +167,8 @@ class SilentServer {
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
-    bind(socket_, reinterpret_cast<const sockaddr*>(&address), size);
-    listen(socket_, 8);
+    EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address), size), 0);
+    EXPECT_EQ(listen(socket_, 8), 0);
     getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
     port_ = ntohs(address.sin_port);
   }
