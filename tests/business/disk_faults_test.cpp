@@ -1,44 +1,24 @@
 // Every call that the embedded engine makes of its files fails under every operation of Base: an
 // error of the operation, the rows of one of its steps and no other, and the next page works.
-#include <algorithm>
 #include <optional>
 #include <string>
 
-#include "business/base_test.h"
-#include "business/swept_operations.h"
-#include "platform/ado/session_pool.h"
+#include "business/sweep_test.h"
 #include "support/faulty_disk.h"
 
 namespace pelm {
 namespace {
 
 using test::FaultyDisk;
-using test::of_base;
 using test::raised;
 using test::RaisedNothing;
 using test::SweptOperation;
 using Fault = FaultyDisk::Fault;
 
-class DiskFaults : public test::BaseTest {
+class DiskFaults : public test::SweepTest {
  protected:
   DiskFaults() : disk_(FaultyDisk::installed()) {}
 
-  void make(const SweptOperation& operation) {
-    run("begin transaction; " + std::string(test::emptied_world()) + ";" +
-        std::string(operation.world) + "; commit transaction");
-    begin_page();
-  }
-  /// Nothing pooled, no range of OIDs: the operation opens the file again.
-  void begin_page() {
-    thread().conn().CloseConn();
-    ado::empty_session_pool();
-    thread().reopen();
-    thread().forget_oids();
-  }
-  std::string state(const SweptOperation& operation) {
-    if (operation.probe.empty()) return row_counts();
-    return row_counts() + ": " + row(operation.probe);
-  }
   void sweep(const SweptOperation& operation, Fault fault);
   void sweep_all(Fault fault);
 
@@ -60,26 +40,14 @@ void DiskFaults::sweep(const SweptOperation& operation, Fault fault) {
     const bool failed = disk_.failed();
     disk_.stop();
 
-    EXPECT_TRUE(is_idle());
-    const std::string left = state(operation);
-    EXPECT_NE(std::find(operation.stages.begin(), operation.stages.end(), left),
-              operation.stages.end())
-        << "left half done: " << left;
-    if (error) {
-      ++errors_;
-      EXPECT_EQ(error->source(), of_base(operation.name));
-      EXPECT_NE(error->number(), 0);
-      EXPECT_FALSE(error->description().empty());
-    } else {
-      EXPECT_EQ(left, operation.stages.back()) << "said to be done";
-    }
+    expect_nothing_half_done(operation, error);
+    if (error) ++errors_;
     if (!failed) {
       EXPECT_THAT(error, RaisedNothing());
       return;
     }
     ++faults_;
-    begin_page();
-    EXPECT_THAT(raised([&] { base().fObterNomeItem(8); }), RaisedNothing()) << "the next page";
+    expect_the_next_page_works();
     if (HasFailure()) return;
   }
   ADD_FAILURE() << operation.label << " never ends without a fault";

@@ -3,9 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "business/base_test.h"
-#include "business/swept_operations.h"
-#include "platform/ado/session_pool.h"
+#include "business/sweep_test.h"
 #include "support/faulty_provider.h"
 
 namespace pelm {
@@ -17,21 +15,8 @@ using test::Raised;
 using test::RaisedNothing;
 using test::SweptOperation;
 
-class FailureSweep : public test::BaseTest {
+class FailureSweep : public test::SweepTest {
  protected:
-  /// Empty tables, then the rows that the operation meets; nothing pooled, no range of OIDs.
-  void make(const SweptOperation& operation) {
-    run(test::emptied_world());
-    if (!operation.world.empty()) run(operation.world);
-    thread().conn().CloseConn();
-    ado::empty_session_pool();
-    thread().reopen();
-    thread().forget_oids();
-  }
-  std::string state(const SweptOperation& operation) {
-    if (operation.probe.empty()) return row_counts();
-    return row_counts() + ": " + row(operation.probe);
-  }
   void sweep(const SweptOperation& operation);
 };
 PELM_ON_EVERY_ENGINE(FailureSweep);

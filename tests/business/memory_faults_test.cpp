@@ -4,16 +4,13 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <new>
 #include <optional>
 #include <string>
 
-#include "business/base_test.h"
-#include "business/swept_operations.h"
-#include "platform/ado/session_pool.h"
+#include "business/sweep_test.h"
 
 namespace {
 
@@ -69,29 +66,11 @@ const bool kInstalled = [] {
 namespace pelm {
 namespace {
 
-using test::of_base;
 using test::raised;
-using test::RaisedNothing;
 using test::SweptOperation;
 
-class MemoryFaults : public test::BaseTest {
+class MemoryFaults : public test::SweepTest {
  protected:
-  void make(const SweptOperation& operation) {
-    run("begin transaction; " + std::string(test::emptied_world()) + ";" +
-        std::string(operation.world) + "; commit transaction");
-    begin_page();
-  }
-  void begin_page() {
-    thread().conn().CloseConn();
-    ado::empty_session_pool();
-    thread().reopen();
-    thread().forget_oids();
-  }
-  std::string state(const SweptOperation& operation) {
-    if (operation.probe.empty()) return row_counts();
-    return row_counts() + ": " + row(operation.probe);
-  }
-
   /// False when the operation met no refusal: it asks for fewer pieces.
   bool refuse(const SweptOperation& operation, auto& left_for, std::size_t n);
   /// The first pieces, then one about every `stride`.
@@ -109,19 +88,8 @@ bool MemoryFaults::refuse(const SweptOperation& operation, auto& left_for, std::
   left_for = 0;
   const bool met = refused;
 
-  EXPECT_TRUE(is_idle());
-  const std::string left = state(operation);
-  EXPECT_NE(std::find(operation.stages.begin(), operation.stages.end(), left),
-            operation.stages.end())
-      << "left half done: " << left;
-  if (error) {
-    EXPECT_EQ(error->source(), of_base(operation.name));
-    EXPECT_NE(error->number(), 0);
-  } else {
-    EXPECT_EQ(left, operation.stages.back()) << "said to be done";
-  }
-  begin_page();
-  EXPECT_THAT(raised([&] { base().fObterNomeItem(8); }), RaisedNothing()) << "the next page";
+  expect_nothing_half_done(operation, error);
+  expect_the_next_page_works();
   return met;
 }
 

@@ -156,6 +156,14 @@ void ComponentFixture::run(std::string_view sql) const {
   for (const std::string_view statement : statements_of(sql)) inspector_->Execute(statement);
 }
 
+void ComponentFixture::run_together(std::initializer_list<std::string_view> texts) const {
+  inspector_->BeginTrans();
+  for (const std::string_view text : texts) {
+    if (!text.empty()) run(text);
+  }
+  inspector_->CommitTrans();
+}
+
 std::string ComponentFixture::row_counts() const {
   std::string counts;
   for (const std::string_view table : kWrittenTables) {
