@@ -44,7 +44,9 @@ class ObservedSession final : public ado::Session {
 
   std::unique_ptr<ado::Cursor> execute(std::string_view sql,
                                        std::span<const Variant> values) override {
-    observer_->before({Kind::Execute, std::string(sql), {values.begin(), values.end()}});
+    observer_->before({.kind = Kind::Execute,
+                       .text = std::string(sql),
+                       .values = {values.begin(), values.end()}});
     return std::make_unique<ObservedCursor>(real_->execute(sql, values), observer_);
   }
   std::shared_ptr<const std::vector<ado::Column>> describe(std::string_view table) override {
@@ -59,12 +61,16 @@ class ObservedSession final : public ado::Session {
   }
   void call(std::string_view procedure, std::span<ado::ProcedureArgument> arguments) override {
     ProviderCall seen{.kind = Kind::Call, .text = std::string(procedure)};
-    for (const ado::ProcedureArgument& a : arguments) seen.values.push_back(a.value);
+    for (const ado::ProcedureArgument& a : arguments) {
+      seen.values.push_back(a.value);
+      seen.manner += a.name + " type " + std::to_string(a.type) + " direction " +
+                     std::to_string(a.direction) + " size " + std::to_string(a.size) + ";";
+    }
     observer_->before(seen);
     real_->call(procedure, arguments);
   }
   void begin(ado::IsolationLevelEnum level) override {
-    observer_->before({.kind = Kind::Begin});
+    observer_->before({.kind = Kind::Begin, .manner = std::to_string(level)});
     real_->begin(level);
   }
   void commit() override {
@@ -91,7 +97,7 @@ class WatchedProvider final : public ado::Provider {
   std::string_view name() const override { return real_->name(); }
   std::unique_ptr<ado::Session> connect(const ado::SessionSettings& settings) override {
     const std::size_t connected = connected_++;
-    observer_->before({.kind = Kind::Connect});
+    observer_->before({.kind = Kind::Connect, .manner = std::to_string(settings.mode)});
     return std::make_unique<ObservedSession>(real_->connect(settings), observer_, connected);
   }
   std::string pool_key(const ado::SessionSettings& settings) const override {

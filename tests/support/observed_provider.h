@@ -16,6 +16,9 @@ struct ProviderCall {
   Kind kind = Kind::Execute;
   std::string text = {};  ///< the statement, table or procedure; empty for the others
   std::vector<Variant> values = {};
+  /// The access mode of a connection, the isolation level of a transaction, how the arguments of a
+  /// procedure are declared; `to_text` leaves it out.
+  std::string manner = {};
 
   friend bool operator==(const ProviderCall&, const ProviderCall&) = default;
 };
