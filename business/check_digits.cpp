@@ -1,7 +1,12 @@
 // Check digits of payment slips.
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
+#include <numeric>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "pelm/base.h"
 #include "pelm/error.h"
@@ -54,71 +59,92 @@ std::string cut_out(std::string& barcode, std::int64_t position) {
   return character;
 }
 
-/// True when every character is a digit: the sums then need no look at each of them.
-bool all_digits(std::string_view text) {
-  unsigned wrong = 0;
-  for (const char c : text) wrong |= static_cast<unsigned>(static_cast<unsigned char>(c - '0') > 9);
-  return wrong == 0;
+/// The places of a code in a fixed number, zeros after its last: the compiler takes many at once.
+constexpr std::size_t kPlaces = 48;
+using Places = std::array<std::uint8_t, kPlaces>;
+
+/// What each digit of a code of `length` counts; nothing for a code of another length, or where
+/// any character is no digit. The sums then need no look at each of them.
+template <std::size_t length>
+std::optional<Places> digits_of(std::string_view code) {
+  static_assert(length <= kPlaces);
+  if (code.size() != length) return std::nullopt;
+  Places digits;
+  digits.fill('0');
+  std::memcpy(digits.data(), code.data(), length);
+  std::uint8_t wrong = 0;
+  for (std::uint8_t& digit : digits) {
+    digit = static_cast<std::uint8_t>(digit - '0');
+    wrong = static_cast<std::uint8_t>(wrong | (digit > 9));
+  }
+  return wrong == 0 ? std::optional(digits) : std::nullopt;
 }
 
-/// What each position of a barcode counts, 0 at its check digit's.
-using Weights = std::array<int, kBarcodeLength>;
-
-/// As modulus11_sum weighs what is left when the character at `check` is cut out.
-constexpr Weights modulus11_weights(std::size_t check) {
-  Weights weights{};
-  int weight = 2;
+/// As modulus11_sum weighs what is left of a barcode when the digit at `check` is cut out.
+constexpr Places modulus11_weights(std::size_t check) {
+  Places weights{};
+  std::uint8_t weight = 2;
   for (std::size_t i = kBarcodeLength; i-- > 0;) {
     if (i == check) continue;
     weights[i] = weight;
-    weight = weight == 9 ? 2 : weight + 1;
+    weight = weight == 9 ? 2 : static_cast<std::uint8_t>(weight + 1);
   }
   return weights;
 }
 
-constexpr Weights kBillingWeights = modulus11_weights(4);
+constexpr std::size_t kBillingCheck = 4;  // from 0, as all places here
+constexpr Places kBillingWeights = modulus11_weights(kBillingCheck);
 
-int weighed_sum(std::string_view digits, const Weights& weights) {
+int weighed_sum(const Places& digits, const Places& weights) {
   int sum = 0;
-  for (std::size_t i = 0; i < kBarcodeLength; ++i) sum += (digits[i] - '0') * weights[i];
+  for (std::size_t i = 0; i < kPlaces; ++i) sum += digits[i] * weights[i];
   return sum;
 }
 
-/// What modulus10_sum takes for a digit of weight 2.
-constexpr std::array<int, 10> kDoubled = {0, 2, 4, 6, 8, 1, 3, 5, 7, 9};
-
-/// As modulus10_sum, of digits alone.
-int doubling_sum(std::string_view digits) {
-  int sum = 0;
-  bool doubled = true;
-  for (auto c = digits.rbegin(); c != digits.rend(); ++c, doubled = !doubled) {
-    const int value = *c - '0';
-    sum += doubled ? kDoubled[static_cast<std::size_t>(value)] : value;
-  }
-  return sum;
-}
-
-/// Takes the character at a 0-based place out of a text of one-byte characters.
-char taken_out(std::string& digits, std::size_t place) {
-  const char taken = digits[place];
-  digits.erase(place, 1);
-  return taken;
-}
-
-struct Field {
-  std::int64_t first;
-  std::int64_t length;
+/// A stretch of a code, and the place of the digit that checks it.
+struct Stretch {
+  std::size_t first;
+  std::size_t length;
+  std::size_t check() const { return first + length; }
 };
 
-constexpr Field kTypedLineFields[] = {{1, 9}, {11, 10}, {22, 10}};  // each followed by its digit
+/// Every bit of the places whose digits modulus10_sum doubles.
+template <std::size_t count>
+constexpr Places doubled_places(const std::array<Stretch, count>& stretches) {
+  Places doubled{};
+  for (const Stretch& s : stretches) {
+    for (std::size_t i = 0; i < s.length; i += 2) doubled[s.first + s.length - 1 - i] = 0xFF;
+  }
+  return doubled;
+}
+
+/// Around its check digit, which is cut out: the second stretch goes on as the first leaves off.
+constexpr Stretch kCollectionLeft = {0, 3};
+constexpr std::array kCollection = {kCollectionLeft, Stretch{4, 40}};
+constexpr Places kCollectionDoubled = doubled_places(kCollection);
+
+constexpr std::array kTypedLine = {Stretch{0, 9}, Stretch{10, 10}, Stretch{21, 10}};
+constexpr Places kTypedLineDoubled = doubled_places(kTypedLine);
+
+/// What modulus10_sum adds for each place.
+Places modulus10_terms(const Places& digits, const Places& doubled) {
+  Places terms;
+  for (std::size_t i = 0; i < kPlaces; ++i) {
+    const int again = digits[i] > 4 ? digits[i] - 9 : digits[i];
+    terms[i] = static_cast<std::uint8_t>(digits[i] + (again & doubled[i]));
+  }
+  return terms;
+}
 
 }  // namespace
 
 bool Base::fCalcularDV10_GeralArrecadacao(std::string& sCodigoBarra) const {
   // kept: a multiple of 10 gives 10, which no digit equals
-  if (sCodigoBarra.size() == kBarcodeLength && all_digits(sCodigoBarra)) {
-    const int expected = taken_out(sCodigoBarra, 3) - '0';
-    return 10 - doubling_sum(sCodigoBarra) % 10 == expected;
+  if (const auto digits = digits_of<kBarcodeLength>(sCodigoBarra)) {
+    const Places terms = modulus10_terms(*digits, kCollectionDoubled);
+    const int expected = (*digits)[kCollectionLeft.check()];
+    sCodigoBarra.erase(kCollectionLeft.check(), 1);
+    return 10 - (std::accumulate(terms.begin(), terms.end(), 0) - expected) % 10 == expected;
   }
   if (text::length(sCodigoBarra) != kBarcodeLength) return false;
   const std::string expected = cut_out(sCodigoBarra, 4);
@@ -131,9 +157,9 @@ bool Base::fCalcularDV11_Cobranca(std::string& sCodigoBarra) const {
     const int result = 11 - sum % 11;
     return result == 10 || result == 11 ? 1 : result;
   };
-  if (sCodigoBarra.size() == kBarcodeLength && all_digits(sCodigoBarra)) {
-    const int result = result_of(weighed_sum(sCodigoBarra, kBillingWeights));
-    return result == taken_out(sCodigoBarra, 4) - '0';
+  if (const auto digits = digits_of<kBarcodeLength>(sCodigoBarra)) {
+    sCodigoBarra.erase(kBillingCheck, 1);
+    return result_of(weighed_sum(*digits, kBillingWeights)) == (*digits)[kBillingCheck];
   }
   if (text::length(sCodigoBarra) != kBarcodeLength) return false;
   const std::string expected = cut_out(sCodigoBarra, 5);
@@ -142,18 +168,22 @@ bool Base::fCalcularDV11_Cobranca(std::string& sCodigoBarra) const {
 
 bool Base::fCalcularDV10_Cobranca(std::string_view sCodigoBarra) const {
   const auto result_of = [](int sum) { return (10 - sum % 10) % 10; };
-  if (sCodigoBarra.size() == kTypedLineLength && all_digits(sCodigoBarra)) {
-    return std::ranges::all_of(kTypedLineFields, [&](const Field& field) {
-      const auto first = static_cast<std::size_t>(field.first - 1);
-      const auto length = static_cast<std::size_t>(field.length);
-      const int result = result_of(doubling_sum(sCodigoBarra.substr(first, length)));
-      return result == sCodigoBarra[first + length] - '0';
+  if (const auto digits = digits_of<kTypedLineLength>(sCodigoBarra)) {
+    const Places terms = modulus10_terms(*digits, kTypedLineDoubled);
+    return std::ranges::all_of(kTypedLine, [&](const Stretch& field) {
+      int sum = (*digits)[field.check()];
+      for (std::size_t i = field.first; i < field.check(); ++i) sum += terms[i];
+      return sum % 10 == 0;  // as below: the digit makes the sum a multiple of ten
     });
   }
   if (text::length(sCodigoBarra) != kTypedLineLength) return false;
-  for (const Field& field : kTypedLineFields) {
-    const int result = result_of(modulus10_sum(text::mid(sCodigoBarra, field.first, field.length)));
-    const std::string expected = text::mid(sCodigoBarra, field.first + field.length, 1);
+  const auto part = [&](std::size_t first, std::size_t length) {
+    return text::mid(sCodigoBarra, static_cast<std::int64_t>(first + 1),
+                     static_cast<std::int64_t>(length));
+  };
+  for (const Stretch& field : kTypedLine) {
+    const int result = result_of(modulus10_sum(part(field.first, field.length)));
+    const std::string expected = part(field.check(), 1);
     if (result != digit(expected)) return false;
   }
   return true;  // kept: what follows the third field is not looked at

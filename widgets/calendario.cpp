@@ -20,6 +20,8 @@ constexpr std::string_view kBody =
     "<body style=\"font-size: 1pt;\" topmargin=2 bottommargin=2 rightmargin=2 leftmargin=2>";
 constexpr std::string_view kNavigationStart =
     "<TABLE class=Calendar CELLSPACING=0 CELLPADDING=0><TR>";
+/// Enough for the navigation beside what the page gave for its two links.
+constexpr std::size_t kNavigationRoom = 384;
 constexpr std::string_view kDaysStart =
     "<TABLE class=Calendar CELLSPACING=0 CELLPADDING=2><TR>"
     "<TD class=DayOfTheweek>D</TD><TD class=DayOfTheweek>S</TD><TD class=DayOfTheweek>T</TD>"
@@ -58,30 +60,29 @@ struct Month {
 class Days {
  public:
   explicit Days(const Month& month) {
-    const std::string rest_of_date = rest_of(month.shown);
+    const RestOfDate rest_of_date(month.shown);
+    char* at = place_.data();
     int column = 1;
-    if (month.first_weekday != 1) put(kRowStart);
-    for (; column < month.first_weekday; ++column) put(kBlankDay);
+    if (month.first_weekday != 1) at = put(at, kRowStart);
+    for (; column < month.first_weekday; ++column) at = put(at, kBlankDay);
 
     for (int day = 1; day <= month.days; ++day) {
-      if (column == 1) put(kRowStart);
+      if (column == 1) at = put(at, kRowStart);
       // kept: marked is the day of the date shown, which is today only when no date was asked for
-      if (day == month.shown.day) {
-        put_day<kMarkedDay>(day, rest_of_date);
-      } else {
-        put_day<kOtherDay>(day, rest_of_date);
-      }
+      at = day == month.shown.day ? put_day<kMarkedDay>(at, day, rest_of_date)
+                                  : put_day<kOtherDay>(at, day, rest_of_date);
       if (column == kColumns) {
-        put(kRowEnd);
+        at = put(at, kRowEnd);
         column = 0;
       }
       ++column;
     }
 
     if (column != 1) {
-      for (; column <= kColumns; ++column) put(kBlankDay);
-      put(kRowEnd);
+      for (; column <= kColumns; ++column) at = put(at, kBlankDay);
+      at = put(at, kRowEnd);
     }
+    size_ = static_cast<std::size_t>(at - place_.data());
   }
 
   std::string_view text() const { return {place_.data(), size_}; }
@@ -97,28 +98,37 @@ class Days {
                     kMarkedDay.before_date.size() + kMarkedDay.after_number.size());
 
   /// Of every date of the month, what follows the day.
-  static std::string rest_of(const CivilTime& t) {
-    return (t.month < 10 ? "/0" : "/") + std::to_string(t.month) + "/" + std::to_string(t.year) +
-           "');>";
+  struct RestOfDate {
+    explicit RestOfDate(const CivilTime& t) {
+      const std::string rest = (t.month < 10 ? "/0" : "/") + std::to_string(t.month) + "/" +
+                               std::to_string(t.year) + "');>";
+      size = rest.copy(text.data(), text.size());
+    }
+    std::array<char, kLongestRest.size()> text{};
+    std::size_t size;
+  };
+
+  // Each writes at `at` and returns where the text goes on. Most lengths are known to the compiler,
+  // which makes a few moves of them; of the rest of a date all is copied, and what counts is kept.
+  template <const DayForm& form>
+  static char* put_day(char* at, int day, const RestOfDate& rest_of_date) {
+    at = put(at, form.before_date);
+    *at++ = digit(day / 10);
+    *at++ = digit(day % 10);
+    std::memcpy(at, rest_of_date.text.data(), rest_of_date.text.size());
+    at += rest_of_date.size;
+    if (day >= 10) *at++ = digit(day / 10);
+    *at++ = digit(day % 10);
+    return put(at, form.after_number);
   }
-  template <const DayForm& form>  // lengths that the compiler knows: a copy is a few moves
-  void put_day(int day, std::string_view rest_of_date) {
-    put(form.before_date);
-    put_digit(day / 10);
-    put_digit(day % 10);
-    put(rest_of_date);
-    if (day >= 10) put_digit(day / 10);
-    put_digit(day % 10);
-    put(form.after_number);
+  static char* put(char* at, std::string_view piece) {
+    std::memcpy(at, piece.data(), piece.size());
+    return at + piece.size();
   }
-  void put(std::string_view piece) {
-    std::memcpy(place_.data() + size_, piece.data(), piece.size());
-    size_ += piece.size();
-  }
-  void put_digit(int digit) { place_[size_++] = static_cast<char>('0' + digit); }
+  static char digit(int value) { return static_cast<char>('0' + value); }
 
   std::array<char, kMost> place_;
-  std::size_t size_ = 0;
+  std::size_t size_;
 };
 
 }  // namespace
@@ -142,20 +152,27 @@ void Calendario::ShowCalendar() {
   const Month month(shown);
   response().Write(kBody);
 
+  const std::string campo = query("campo");
+  std::string navigation;
+  navigation.reserve(kNavigationRoom + 2 * (ScriptName_.size() + campo.size()));
   // kept: neither quoted nor encoded; a date with a time has a blank in it
-  const std::string link =
-      "<A class=nav HREF=" + ScriptName_ + "?campo=" + query("campo") + "&date=";
-  std::string navigation(kNavigationStart);
+  const auto put_link = [&](Date date) {
+    navigation += "<A class=nav HREF=";
+    navigation += ScriptName_;
+    navigation += "?campo=";
+    navigation += campo;
+    navigation += "&date=";
+    navigation += date_text(date);
+  };
+  navigation += kNavigationStart;
   navigation += "<TD class=nav ALIGN=right>";
-  navigation += link;
-  navigation += date_text(add_months(shown, -1));
+  put_link(add_months(shown, -1));
   navigation += ">&lt;&lt;</A></TD><TD class=nav ALIGN=center>";
   navigation += month_name(month.shown.month);
   navigation += " / ";
   navigation += std::to_string(month.shown.year);
   navigation += "</TD><TD class=nav ALIGN=left >";
-  navigation += link;
-  navigation += date_text(add_months(shown, 1));
+  put_link(add_months(shown, 1));
   navigation += ">&gt;&gt;</A></TD></TR></TABLE>";
   response().Write(navigation);
   response().Write("<br>");

@@ -63,6 +63,11 @@ void Response::Write(std::string_view text) {
                 "A resposta passa do limite de " + std::to_string(buffer_limit_) +
                     " bytes do buffer; use Response.Flush.");
   }
+  if (!buffered_ && sink_ && body_.empty()) {  // straight out, without a stay in the buffer
+    headers_sent_ = true;
+    sink_(*this, text);
+    return;
+  }
   body_ += text;
   if (!buffered_) Flush();
 }

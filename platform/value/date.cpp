@@ -31,9 +31,10 @@ struct DayAndSecond {
 
 DayAndSecond rounded(Date d) {
   const double serial = d.serial();
-  const double day = std::trunc(serial);
-  DayAndSecond r{static_cast<int>(day),
-                 static_cast<int>(std::lround(std::fabs(serial - day) * kSecondsPerDay))};
+  const int day = static_cast<int>(serial);
+  if (serial == day) return {day, 0};
+  const DayAndSecond r{day,
+                       static_cast<int>(std::lround(std::fabs(serial - day) * kSecondsPerDay))};
   if (r.second < kSecondsPerDay) return r;
   if (r.day == kLastDay) return {kLastDay, kSecondsPerDay - 1};  // there is no day after it
   return {r.day + 1, 0};

@@ -7,7 +7,6 @@
 
 #include "platform/value/blank.h"
 #include "platform/value/clock.h"
-#include "platform/value/formatting.h"
 #include "platform/value/regional.h"
 #include "platform/value/text.h"
 
@@ -32,8 +31,12 @@ constexpr bool is_letter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
 }
 
-constexpr bool is_one_of(char c, std::string_view set) {
-  return set.find(c) != std::string_view::npos;
+// How many characters at the start of a text are of a kind.
+template <bool (*is_of_kind)(char)>
+std::size_t run_of(std::string_view s) {
+  std::size_t count = 0;
+  while (count < s.size() && is_of_kind(s[count])) ++count;
+  return count;
 }
 
 // A text in items: six numbers, a month and a half of the day at most.
@@ -62,8 +65,9 @@ class Items {
     join = after_blanks.size() == s.size() ? Item::Join::Nothing : Item::Join::Blank;
     s = after_blanks;
     if (s.empty() || is_digit(s.front())) return true;
-    const bool date_separator = is_one_of(s.front(), "-/,");
-    const bool time_separator = is_one_of(s.front(), ":.");
+    const char first = s.front();
+    const bool date_separator = first == '-' || first == '/' || first == ',';
+    const bool time_separator = first == ':' || first == '.';
     if (date_separator || time_separator) {
       join = date_separator ? Item::Join::DateSeparator : Item::Join::TimeSeparator;
       s = skip_blanks(s.substr(1));
@@ -83,10 +87,7 @@ class Items {
   }
 
   static bool take_item(std::string_view& s, Item& item) {
-    const auto length_of = [&](auto belongs) {
-      return static_cast<std::size_t>(std::find_if_not(s.begin(), s.end(), belongs) - s.begin());
-    };
-    if (const std::size_t digits = length_of(is_digit); digits > 0) {
+    if (const std::size_t digits = run_of<is_digit>(s); digits > 0) {
       constexpr int kPastAnyYear = 100000;
       for (const char c : s.substr(0, digits)) {
         item.value = std::min(item.value * 10 + (c - '0'), kPastAnyYear);
@@ -94,7 +95,7 @@ class Items {
       s.remove_prefix(digits);
       return true;
     }
-    const std::string_view letters = s.substr(0, length_of(is_letter));
+    const std::string_view letters = s.substr(0, run_of<is_letter>(s));
     const std::string_view word = letters.substr(0, letters.find(kNonBreakingBlank));
     s.remove_prefix(word.size());
     return read_word(word, item);
@@ -286,6 +287,33 @@ class DateReader {
   TimeParts time_;
 };
 
+// The patterns of a short date and a long time, written out: most dates become texts this way.
+static_assert(regional::kShortDate == "dd/mm/yyyy" && regional::kLongTime == "hh:mm:ss");
+
+// Each writes at `at` and returns where the text goes on.
+char* put_two_digits(char* at, int value) {
+  *at++ = static_cast<char>('0' + value / 10);
+  *at++ = static_cast<char>('0' + value % 10);
+  return at;
+}
+
+char* put_three(char* at, int first, char separator, int second, int third) {
+  at = put_two_digits(at, first);
+  *at++ = separator;
+  at = put_two_digits(at, second);
+  *at++ = separator;
+  return put_two_digits(at, third);
+}
+
+char* put_short_date(char* at, const CivilTime& t) {
+  at = put_three(at, t.day, regional::kDateSeparator, t.month, t.year / 100);
+  return put_two_digits(at, t.year % 100);
+}
+
+char* put_long_time(char* at, const CivilTime& t) {
+  return put_three(at, t.hour, regional::kTimeSeparator, t.minute, t.second);
+}
+
 }  // namespace
 
 std::optional<Date> read_date(std::string_view s) { return DateReader().read(s); }
@@ -294,10 +322,12 @@ std::string date_text(Date d) {
   const CivilTime t = d.civil();
   const bool day_zero = t.year == 1899 && t.month == 12 && t.day == 30;
   const bool midnight = t.hour == 0 && t.minute == 0 && t.second == 0;
-  if (day_zero) return format_date(d, regional::kLongTime);
-  std::string out = format_date(d, regional::kShortDate);
-  if (!midnight) (out += ' ') += format_date(d, regional::kLongTime);
-  return out;
+  std::array<char, regional::kShortDate.size() + 1 + regional::kLongTime.size()> text;
+  char* at = text.data();
+  if (!day_zero) at = put_short_date(at, t);
+  if (!day_zero && !midnight) *at++ = ' ';
+  if (day_zero || !midnight) at = put_long_time(at, t);
+  return {text.data(), at};
 }
 
 }  // namespace pelm
