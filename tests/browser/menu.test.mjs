@@ -99,7 +99,7 @@ visit("options come and go with the person", {}, async (visitor) => {
 });
 
 visit("a menu whose first options are hidden is whole", {}, async (visitor) => {
-  visitor.sample.sql("update Pelm_Menu set Ordem = 0 where id in (11, 12); update Pelm_Menu set Ordem = 0 where id = 17;");
+  visitor.sample.database.sql("update Pelm_Menu set Ordem = 0 where id in (11, 12); update Pelm_Menu set Ordem = 0 where id = 17;");
   await visitor.go("/");
   assert.deepEqual(await captions(visitor.page), ["Financeiro", "Administração", "Início", "Itens", "Contatos"]);
   await visitor.become("Caio Prado");
@@ -109,13 +109,13 @@ visit("a menu whose first options are hidden is whole", {}, async (visitor) => {
 });
 
 visit("without options for the menu the plain links stay", {}, async (visitor) => {
-  visitor.sample.sql("delete from Pelm_Menu;");
+  visitor.sample.database.sql("delete from Pelm_Menu;");
   await visitor.go("/");
   await visitor.leads_to("/agenda/", () => visitor.page.getByRole("navigation").getByRole("link", { name: "Agenda" }).click());
 });
 
 visit("an option may open a page and a level, or nothing at all", {}, async (visitor) => {
-  visitor.sample.sql("update Pelm_Menu set Link = '/contatos/' where id = 10;" +
+  visitor.sample.database.sql("update Pelm_Menu set Link = '/contatos/' where id = 10;" +
                      "update Pelm_Menu set rListadeObjetos = 50971 where rEscopo = 15;" +
                      "update Pelm_Menu set Link = 'javascript:alert(1)' where id = 8;" +
                      "update Pelm_Menu set Nome = '<b>Todos</b> <img src=x onerror=alert(2)><script>alert(3)<\\/script>' where id = 13;");
@@ -149,7 +149,7 @@ function many_options() {
 
 visit("two hundred options can be reached", {}, async (visitor) => {
   const { page } = visitor;
-  visitor.sample.sql(many_options());
+  visitor.sample.database.sql(many_options());
   await visitor.go("/");
   assert.equal((await captions(page)).length, 25);
   await visitor.fits_the_window("the bar");
@@ -169,7 +169,7 @@ visit("two hundred options can be reached", {}, async (visitor) => {
 
 visit("two hundred options can be reached on a phone", { window: PHONE }, async (visitor) => {
   const { page } = visitor;
-  visitor.sample.sql(many_options());
+  visitor.sample.database.sql(many_options());
   await visitor.go("/");
   await page.getByRole("button", { name: "Menu" }).tap();
   await visitor.menu("Assunto 20").tap();

@@ -6,14 +6,13 @@ import time
 import unittest
 from pathlib import Path
 
+import mariadb_kinds
 import mariadb_server
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tools"))
 from pelm_program import Serving, Visitor, run  # noqa: E402
 
-ORACLE = ';InitStmt={SET sql_mode="ORACLE,EMPTY_STRING_IS_NULL,STRICT_TRANS_TABLES,NO_BACKSLASH_ESCAPES"}'
-SQL_SERVER = ';InitStmt={SET sql_mode=CONCAT(@@sql_mode, ",NO_BACKSLASH_ESCAPES")}'
-KINDS = {1: ("utf8mb4_uca1400_as_ci", SQL_SERVER), 2: ("utf8mb4_bin", ORACLE)}
+KINDS = (1, 2)
 COMMAND_SECONDS = 2
 PAGE_SECONDS = 20  # a loaded machine; without a time limit a page would hang for minutes
 
@@ -47,10 +46,8 @@ class Servers(unittest.TestCase):
             Path(self.site.name, name).write_text(OPENING + text, encoding="utf-8")
 
     def database(self, kind=1, user="root"):
-        collation, settings = KINDS[kind]
-        self.server.run(f"create database if not exists crm{kind} character set utf8mb4 collate {collation}")
-        return (f"Driver={{MariaDB Unicode}};Socket={self.server.socket};UID={user};Charset=utf8mb4;"
-                f"Database=crm{kind}{settings}")
+        self.server.run(mariadb_kinds.creation(kind, f"crm{kind}"))
+        return mariadb_kinds.connection_string(kind, f"crm{kind}", self.server.socket, user)
 
     def initialised(self, kind=1):
         database = self.database(kind)
