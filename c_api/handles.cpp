@@ -97,9 +97,9 @@ bool Handles::empty() {
 }
 
 void Handles::release_left_behind() {
+  if (left_behind_ == 0) return;  // as nearly always: every call asks
   std::vector<ObjectRef> last;
   const std::lock_guard lock(mutex_);
-  if (left_behind_ == 0) return;
   for (std::size_t i = 0; i < slots_.size(); ++i) {
     if (slots_[i].left_behind && slots_[i].owner == std::this_thread::get_id()) {
       last.push_back(take(slots_[i], i));

@@ -5,6 +5,7 @@
 /// invented number is told from a good one. Safe from any thread.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -49,7 +50,7 @@ class Handles {
   std::mutex mutex_;
   std::vector<Slot> slots_;
   std::vector<std::size_t> free_;
-  std::size_t left_behind_ = 0;
+  std::atomic<std::size_t> left_behind_ = 0;  ///< changed under the lock
 };
 
 }  // namespace pelm::c_api

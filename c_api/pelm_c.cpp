@@ -2,6 +2,7 @@
 #include "pelm/pelm_c.h"
 
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,20 +55,25 @@ void give(pelm_value* result, const Variant& value) {
   if (result != nullptr) *result = to_c(value);
 }
 
-/// Hands changed by-reference arguments back, also from a call that fails.
-class ChangedArguments {
+/// The arguments of a call, and as they were given: what a call changed by reference is handed
+/// back, also when it fails.
+class CallArguments {
  public:
-  ChangedArguments(pelm_value* args, unsigned char* changed, std::vector<OptionalArg>& used)
-      : args_(args), changed_(changed), used_(used), given_(used) {
-    for (std::size_t i = 0; changed_ != nullptr && i < used.size(); ++i) changed_[i] = 0;
+  CallArguments(pelm_value* args, std::size_t count, unsigned char* changed)
+      : args_(args), changed_(changed), values_(from_c(args, count, count)) {
+    for (std::size_t i = 0; i < count; ++i) values_.push_back(values_[i]);  // there is room
+    for (std::size_t i = 0; changed_ != nullptr && i < count; ++i) changed_[i] = 0;
   }
-  ChangedArguments(const ChangedArguments&) = delete;
-  ChangedArguments& operator=(const ChangedArguments&) = delete;
+  CallArguments(const CallArguments&) = delete;
+  CallArguments& operator=(const CallArguments&) = delete;
+
+  automation::Arguments used() { return std::span(values_).first(values_.size() / 2); }
 
   void hand_back() {
-    for (std::size_t i = 0; i < used_.size(); ++i) {
-      if (used_[i] == given_[i] || !used_[i]) continue;
-      args_[i] = to_c(*used_[i]);
+    const automation::Arguments used = this->used();
+    for (std::size_t i = 0; i < used.size(); ++i) {
+      if (used[i] == values_[used.size() + i] || !used[i]) continue;
+      args_[i] = to_c(*used[i]);
       if (changed_ != nullptr) changed_[i] = 1;
     }
   }
@@ -75,8 +81,7 @@ class ChangedArguments {
  private:
   pelm_value* args_;
   unsigned char* changed_;
-  std::vector<OptionalArg>& used_;
-  const std::vector<OptionalArg> given_;
+  std::vector<OptionalArg> values_;  // as used, then as given
 };
 
 }  // namespace
@@ -154,10 +159,9 @@ int pelm_call(pelm_object object, const char* name, pelm_value* args, size_t cou
               unsigned char* changed, pelm_value* result) {
   return guarded([&] {
     const ObjectRef target = Handles::instance().find(object);
-    std::vector<OptionalArg> used = from_c(args, count);
-    ChangedArguments arguments(args, changed, used);
+    CallArguments arguments(args, count, changed);
     try {
-      const Variant answer = automation::call(*target, name_of(name), used);
+      const Variant answer = automation::call(*target, name_of(name), arguments.used());
       arguments.hand_back();
       give(result, answer);
     } catch (const pelm::Error&) {

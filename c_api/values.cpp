@@ -105,11 +105,11 @@ OptionalArg from_c(const pelm_value& v) {
   }
 }
 
-std::vector<OptionalArg> from_c(const pelm_value* values, std::size_t count) {
+std::vector<OptionalArg> from_c(const pelm_value* values, std::size_t count, std::size_t more) {
   std::vector<OptionalArg> result;
   if (count == 0) return result;
   if (values == nullptr) raise_error(error_number::kInvalidCall);
-  result.reserve(count);
+  result.reserve(count + more);
   for (std::size_t i = 0; i < count; ++i) result.push_back(from_c(values[i]));
   return result;
 }

@@ -37,13 +37,17 @@ std::optional<std::string> all_rounds_to_parenthesis(const FunctionRule& rule,
   std::size_t begin = 0;
   for (std::size_t at = all.find(rule.opening); at != kNowhere;
        at = all.find(rule.opening, begin)) {
-    const std::size_t close = all.find(')', at);
+    const std::size_t argument = at + rule.opening.size();
+    const std::size_t close = all.find(')', argument);
     if (close == kNowhere) return std::nullopt;
     const std::size_t after = std::min(all.find_first_not_of(')', close), all.size());
     const std::size_t parentheses = after - close;
 
-    out.append(all.substr(begin, at - begin));
-    const std::size_t nested = append_rewritten(out, all.substr(at, close - at), rule);
+    out.append(all.substr(begin, at - begin)).append(rule.oracle_opening);
+    std::size_t nested = 1;
+    if (close > argument) {
+      nested += append_rewritten(out, all.substr(argument, close - argument), rule);
+    }
     const bool ends = rule.oracle_closing.empty()
                           ? parentheses > nested  // each rewriting takes one away
                           : parentheses > 1 && (nested == 1 || same_closing);
@@ -51,7 +55,8 @@ std::optional<std::string> all_rounds_to_parenthesis(const FunctionRule& rule,
 
     begin = close;
     if (!same_closing) {
-      out.append(rule.closing).append(rule.oracle_closing);
+      out += ')';
+      out.append(rule.oracle_closing);
       begin += 1 + nested;
     }
   }

@@ -23,14 +23,20 @@ bool block_has_mark(const char* block) noexcept {
   return found != 0;
 }
 
-// The high bit of each byte that is a mark.
+constexpr std::uint64_t kOnes = 0x0101010101010101U;
+
+// The high bit of each byte that is zero.
+constexpr std::uint64_t zero_bytes(std::uint64_t bytes) noexcept {
+  const std::uint64_t low_bits_set = (bytes & (0x7FU * kOnes)) + 0x7FU * kOnes;
+  return ~(low_bits_set | bytes) & (0x80U * kOnes);
+}
+
+// The high bit of each byte that is a mark, but for ")", which closes forms and opens none.
 std::uint64_t marks_in_word(const char* word) noexcept {
-  constexpr std::uint64_t kOnes = 0x0101010101010101U;
   std::uint64_t bytes = 0;
   std::memcpy(&bytes, word, sizeof bytes);
-  const std::uint64_t zero_at_marks = (bytes & (0xFCU * kOnes)) ^ (0x28U * kOnes);
-  const std::uint64_t low_bits_set = (zero_at_marks & (0x7FU * kOnes)) + 0x7FU * kOnes;
-  return ~(low_bits_set | zero_at_marks) & (0x80U * kOnes);
+  const std::uint64_t marks = zero_bytes((bytes & (0xFCU * kOnes)) ^ (0x28U * kOnes));
+  return marks & ~zero_bytes(bytes ^ (0x29U * kOnes));
 }
 
 std::size_t first_byte_of(std::uint64_t marks) noexcept {
@@ -123,7 +129,7 @@ void note_mark(std::string_view text, std::size_t at, Forms& forms) noexcept {
     case '(':
       note_parenthesis(text, at, forms);
       break;
-    default:  // ")" closes forms, it opens none
+    default:
       break;
   }
 }

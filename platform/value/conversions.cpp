@@ -89,9 +89,13 @@ Date date_of_text(const std::string& text) {
 
 }  // namespace
 
-std::int16_t to_integer(const Variant& v) { return to_whole<std::int16_t>(v); }
+std::int16_t to_integer(const Variant& v) {
+  return v.type() == Type::Integer ? v.integer() : to_whole<std::int16_t>(v);
+}
 
-std::int32_t to_long(const Variant& v) { return to_whole<std::int32_t>(v); }
+std::int32_t to_long(const Variant& v) {
+  return v.type() == Type::Long ? v.long_value() : to_whole<std::int32_t>(v);
+}
 
 double to_double(const Variant& v) {
   if (const auto number = plain_number(v)) return *number;

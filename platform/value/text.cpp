@@ -89,7 +89,20 @@ Place find(std::string_view s, std::string_view pattern) noexcept {
   return {kNowhere, 0};
 }
 
-// ASCII letters from `first` on change their case bit, a run of them at a time.
+// ASCII letters from `first` on change their case bit; a block of fixed size at a time, which the
+// compiler puts on vectors.
+void change_case(char* at, char* end, char first) noexcept {
+  constexpr std::ptrdiff_t kBlock = 32;
+  const auto changed = [first](char c) {
+    const bool letter = static_cast<unsigned char>(c - first) < 26;
+    return static_cast<char>(c ^ (letter ? 0x20 : 0));
+  };
+  for (; end - at >= kBlock; at += kBlock) {
+    for (std::ptrdiff_t i = 0; i < kBlock; ++i) at[i] = changed(at[i]);
+  }
+  for (; at != end; ++at) *at = changed(*at);
+}
+
 template <class MapLetter>
 std::string mapped(std::string_view s, char first, MapLetter map_letter) {
   std::string out;
@@ -98,10 +111,7 @@ std::string mapped(std::string_view s, char first, MapLetter map_letter) {
     const std::string_view ascii = s.substr(at, ascii_prefix(s.substr(at)));
     out.append(ascii);
     at += ascii.size();
-    for (char* c = out.data() + out.size() - ascii.size(); c != out.data() + out.size(); ++c) {
-      const bool letter = static_cast<unsigned char>(*c - first) < 26;
-      *c = static_cast<char>(*c ^ (letter ? 0x20 : 0));
-    }
+    change_case(out.data() + out.size() - ascii.size(), out.data() + out.size(), first);
     if (at == s.size()) break;
 
     const Character c = character_at(s, at);
@@ -166,7 +176,7 @@ std::string upper(std::string_view s) { return mapped(s, 'a', upper_letter); }
 
 std::string lower(std::string_view s) { return mapped(s, 'A', lower_letter); }
 
-bool equal_case_blind(std::string_view a, std::string_view b) noexcept {
+bool detail::equal_case_blind(std::string_view a, std::string_view b) noexcept {
   // Most names have no accent: as long as neither has one, bytes are letters.
   std::size_t plain = 0;
   for (const std::size_t both = std::min(a.size(), b.size()); plain < both; ++plain) {

@@ -29,7 +29,17 @@ std::int64_t instr(std::int64_t start, std::string_view s, std::string_view patt
 /// Accented letters included; one character maps to one, so "ß" stays.
 std::string upper(std::string_view s);
 std::string lower(std::string_view s);
+namespace detail {
 bool equal_case_blind(std::string_view a, std::string_view b) noexcept;
+}
+inline bool equal_case_blind(std::string_view a, std::string_view b) noexcept {
+  if (a.empty() || b.empty()) return a.empty() == b.empty();
+  // Names are looked up among dozens, and most differ in their first letter.
+  const auto x = static_cast<unsigned char>(a.front());
+  const auto y = static_cast<unsigned char>(b.front());
+  const bool may_be_equal = x >= 0x80 || y >= 0x80 || (x | 0x20U) == (y | 0x20U);
+  return may_be_equal && detail::equal_case_blind(a, b);
+}
 
 /// Blanks (U+0020) at both ends, nothing else.
 std::string_view trim(std::string_view s) noexcept;
