@@ -66,7 +66,7 @@ std::shared_ptr<ado::Recordset> Base::fObterRotuloCpo(Oid RAPLICATIVO) {
 std::string Base::fObterNomeItem(Oid pOidItem) {
   return error_trap("Base", "fObterNomeItem", [&] {
     std::string result = "(Indeterminado)";
-    sSQL = "SELECT nome FROM item WHERE oid = " + std::to_string(pOidItem);
+    sSQL.assign("SELECT nome FROM item WHERE oid = ").append(std::to_string(pOidItem));
     const ScratchRecordset item(rsBase, shared_conn().RunSQL(sSQL));
     if (!item->Eof()) result = to_text(item->Fields("nome").Value());
     item->Close();

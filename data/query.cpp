@@ -1,26 +1,17 @@
 // Running SQL text and opening tables on the main connection.
 #include <memory>
-#include <utility>
 
 #include "data/sql_translation.h"
 #include "frame/error_trap.h"
 #include "frame/mensagem_erro.h"
-#include "pelm/ado/command.h"
 #include "pelm/conn.h"
+#include "platform/ado/open_as_command.h"
+#include "platform/ado/statement.h"
 
 namespace pelm {
 namespace {
 
 constexpr std::int16_t kOracle = 2;
-
-std::shared_ptr<ado::Command> command_on(const std::shared_ptr<ado::Connection>& connection,
-                                         ado::CommandTypeEnum type, std::string text) {
-  auto command = std::make_shared<ado::Command>();
-  command->ActiveConnection(connection);
-  command->CommandType(type);
-  command->CommandText(std::move(text));
-  return command;
-}
 
 }  // namespace
 
@@ -34,7 +25,7 @@ std::shared_ptr<ado::Recordset> Conn::RunSQL(std::string& Query, ado::CursorType
       frame::raise_mensagem_erro();
     }
     auto records = std::make_shared<ado::Recordset>();
-    const auto command = command_on(Conex_, ado::adCmdText, Query);
+    ado::check_command_connection(Conex_.get());
     LastSQL_ = Query;
     records->CursorLocation(CursorLocation);
     if (CursorLocation == ado::adUseClient) {
@@ -42,7 +33,7 @@ std::shared_ptr<ado::Recordset> Conn::RunSQL(std::string& Query, ado::CursorType
       records->CacheSize(CacheSize);
     }
     records->MaxRecords(MaxRecords);
-    records->Open(command, CursorType, LockType, ado::adOptionUnspecified);
+    ado::open_as_command(*records, Conex_, ado::adCmdText, Query, CursorType, LockType);
     return records;
   });
 }
@@ -52,9 +43,9 @@ std::shared_ptr<ado::Recordset> Conn::OpenTable(std::string_view pTableName,
                                                 ado::LockTypeEnum pLockType) {
   return frame::error_trap("Conn", "OpenTable", [&] {
     auto records = std::make_shared<ado::Recordset>();
-    const auto command = command_on(Conex_, ado::adCmdTable, std::string(pTableName));
-    LastSQL_ = command->CommandText();
-    records->Open(command, pCursorType, pLockType, ado::adOptionUnspecified);
+    ado::check_command_connection(Conex_.get());
+    LastSQL_ = ado::shown_text(pTableName, ado::adCmdTable);
+    ado::open_as_command(*records, Conex_, ado::adCmdTable, pTableName, pCursorType, pLockType);
     return records;
   });
 }

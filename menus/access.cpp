@@ -31,7 +31,7 @@ std::int16_t decision(const Variant& acesso) {
 }  // namespace
 
 std::optional<Oid> Menus::user_of(Oid person) {
-  sSQL = "SELECT oid FROM usuario WHERE oid=" + std::to_string(person);
+  sSQL.assign("SELECT oid FROM usuario WHERE oid=").append(std::to_string(person));
   auto rows = shared_conn().RunSQL(sSQL);
   if (rows->Eof()) {
     rows->Close();
@@ -51,16 +51,21 @@ std::int16_t Menus::AcessoListaDeObjetos(Oid person, Oid list) {
     if (!user) return kGranted;
 
     const std::string user_oid = std::to_string(*user);
-    sSQL = "select oid,1 from item where oid=" + user_oid +
-           " Union select item.oid,2 from item inner join agrupamento on "
-           "item.oid=agrupamento.rgrupo and agrupamento.ritem=" +
-           user_oid + " Union select oid, 3 from item where oid=1 order by 2";
+    sSQL.assign("select oid,1 from item where oid=")
+        .append(user_oid)
+        .append(
+            " Union select item.oid,2 from item inner join agrupamento on "
+            "item.oid=agrupamento.rgrupo and agrupamento.ritem=")
+        .append(user_oid)
+        .append(" Union select oid, 3 from item where oid=1 order by 2");
     std::int16_t result = kGranted;
     const auto holders = shared_conn().RunSQL(sSQL);
     for (; !holders->Eof(); holders->MoveNext()) {
-      sSQL = "select rescopo,Acesso from permissao where rusuario=" +
-             std::to_string(to_long(holders->Fields("oid").Value())) +
-             " and rescopo=" + std::to_string(list);
+      const Oid holder = to_long(holders->Fields("oid").Value());
+      sSQL.assign("select rescopo,Acesso from permissao where rusuario=")
+          .append(std::to_string(holder))
+          .append(" and rescopo=")
+          .append(std::to_string(list));
       const auto permission = shared_conn().RunSQL(sSQL);
       const bool decides = !permission->Eof();
       if (decides) result = decision(permission->Fields("Acesso").Value());

@@ -35,8 +35,9 @@ void write(std::string_view text) { frame::thread_slots().response->Write(text);
 void Menus::Montar_Menu(std::int32_t IDMenu, std::int16_t Numero) {
   error_trap("Menu", "Montar_Menu", [&] {
     frame::fetch_response();
-    sSQL = "select id, Nome, Link, rListadeObjetos from Pelm_Menu where rEscopo = " +
-           std::to_string(IDMenu) + " order by Ordem, id";
+    sSQL.assign("select id, Nome, Link, rListadeObjetos from Pelm_Menu where rEscopo = ")
+        .append(std::to_string(IDMenu))
+        .append(" order by Ordem, id");
     const auto options = shared_conn().RunSQL(sSQL);
     write_level(*options, menus::kFirstLevel, "HM_Array" + std::to_string(Numero));
     options->Close();
@@ -46,8 +47,9 @@ void Menus::Montar_Menu(std::int32_t IDMenu, std::int16_t Numero) {
 void Menus::Montar_Menu_Opcao(std::int32_t parent, const std::string& array) {
   error_trap("Menu", "Montar_Menu_Opcao", [&] {
     const menus::TreeLevel level(depth_);
-    sSQL = "select id,nome,link,rListadeObjetos from Pelm_Menu where rEscopo=" +
-           std::to_string(parent) + " order by Ordem,id";
+    sSQL.assign("select id,nome,link,rListadeObjetos from Pelm_Menu where rEscopo=")
+        .append(std::to_string(parent))
+        .append(" order by Ordem,id");
     const auto options = shared_conn().RunSQL(sSQL);
     write_level(*options, menus::kLevelBelow, array);
     options->Close();
@@ -109,8 +111,8 @@ bool Menus::visible(ado::Recordset& option) {
 }
 
 bool Menus::has_options_below(ado::Recordset& option) {
-  sSQL = "select id from Pelm_Menu where rEscopo = " +
-         std::to_string(to_long(option.Fields("id").Value()));
+  const std::int32_t id = to_long(option.Fields("id").Value());
+  sSQL.assign("select id from Pelm_Menu where rEscopo = ").append(std::to_string(id));
   const auto below = shared_conn().RunSQL(sSQL);
   const bool any = !below->Eof();  // kept: whether anybody may see them is not asked
   below->Close();

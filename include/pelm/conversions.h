@@ -37,6 +37,7 @@ Date to_date(const Variant& v);
 /// dd/mm/yyyy hh:mm:ss, the time left out at midnight and the date left out on day zero; "True" and
 /// "False".
 std::string to_text(const Variant& v);
+std::string to_text(Variant&& v);  ///< takes a text over uncopied
 
 /// True for a date and for a text that `to_date` reads other than as a bare number.
 bool is_date(const Variant& v) noexcept;

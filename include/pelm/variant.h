@@ -65,7 +65,8 @@ class Variant {
   double double_value() const { return std::get<double>(value_); }
   bool boolean() const { return std::get<bool>(value_); }
   Date date() const { return std::get<Date>(value_); }
-  const std::string& text() const { return std::get<std::string>(value_); }
+  const std::string& text() const& { return std::get<std::string>(value_); }
+  std::string text() && { return std::get<std::string>(std::move(value_)); }
   const Elements& array() const { return *std::get<std::shared_ptr<const Elements>>(value_); }
   /// May be null: "nothing".
   const ObjectRef& object() const { return std::get<ObjectRef>(value_); }

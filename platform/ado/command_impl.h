@@ -18,6 +18,7 @@ class RecordsetImpl;
 class CommandImpl final : private Attached {
  public:
   static CommandImpl& of(const Command& command) { return *command.impl_; }
+  static constexpr std::int32_t kDefaultTimeout = 30;  ///< seconds
 
   CommandImpl() = default;
   CommandImpl(const CommandImpl&) = delete;
@@ -37,7 +38,7 @@ class CommandImpl final : private Attached {
   // The properties, as a page set them.
   std::string text;
   CommandTypeEnum type = adCmdUnknown;
-  std::int32_t timeout = 30;
+  std::int32_t timeout = kDefaultTimeout;
   std::vector<std::shared_ptr<Parameter>> parameters;
   bool has_run = false;  // with this text and type
 

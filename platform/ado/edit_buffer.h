@@ -33,7 +33,11 @@ class EditBuffer {
   }
   /// Begins an edit of the current row unless one or an addition is pending.
   void assign(ColumnIndex column, Variant&& value) {
-    if (mode_ == adEditNone) mode_ = adEditInProgress;
+    if (mode_ == adEditNone) {
+      columns_.reserve(kUsualEdit);
+      values_.reserve(kUsualEdit);
+      mode_ = adEditInProgress;
+    }
     const auto known = std::ranges::find(columns_, column);
     if (known != columns_.end()) {
       values_[static_cast<std::size_t>(known - columns_.begin())] = std::move(value);
@@ -51,9 +55,11 @@ class EditBuffer {
   }
   std::span<const ColumnIndex> columns() const noexcept { return columns_; }
   std::span<const Variant> values() const noexcept { return values_; }
-  Variant take_value(std::size_t i) noexcept { return std::move(values_[i]); }
+  Variant&& take_value(std::size_t i) noexcept { return std::move(values_[i]); }
 
  private:
+  static constexpr std::size_t kUsualEdit = 8;  // columns; more than that make it grow
+
   EditModeEnum mode_ = adEditNone;
   std::vector<ColumnIndex> columns_;
   std::vector<Variant> values_;

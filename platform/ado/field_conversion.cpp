@@ -43,7 +43,6 @@ void check_fits(const Column& column, std::string_view text) {
 
 /// A whole number of up to 64 bits: Long where it fits, Double beyond.
 Variant big_integer(const Column& column, const Variant& value) {
-  if (value.type() == Type::Long) return value;
   const double rounded = std::nearbyint(to_double(value));
   constexpr double kLimit = 9223372036854775808.0;  // 2^63
   if (rounded < -kLimit || rounded >= kLimit) number_overflows(column);
@@ -52,20 +51,26 @@ Variant big_integer(const Column& column, const Variant& value) {
   return static_cast<std::int32_t>(rounded);
 }
 
-Variant convert(const Column& column, Variant& value) {
+void convert(const Column& column, Variant& value) {
   switch (column.type) {
     case adSmallInt:
-      return to_integer(value);
+      if (value.type() != Type::Integer) value = to_integer(value);
+      break;
     case adInteger:
-      return to_long(value);
+      if (value.type() != Type::Long) value = to_long(value);
+      break;
     case adBigInt:
-      return big_integer(column, value);
+      if (value.type() != Type::Long) value = big_integer(column, value);
+      break;
     case adDouble:
-      return to_double(value);
+      if (value.type() != Type::Double) value = to_double(value);
+      break;
     case adDate:
-      return to_date(value);
+      if (value.type() != Type::Date) value = to_date(value);
+      break;
     case adBoolean:
-      return to_boolean(value);
+      if (value.type() != Type::Boolean) value = to_boolean(value);
+      break;
     case adVarChar:
     case adLongVarChar:
     case adVarWChar:
@@ -73,21 +78,21 @@ Variant convert(const Column& column, Variant& value) {
     case adBinary:
       if (!value.is_text()) value = to_text(value);
       check_fits(column, value.text());
-      return std::move(value);
+      break;
     case adVariant:
     case adEmpty:
-      return value.is_empty() ? Variant(Null{}) : std::move(value);
+      if (value.is_empty()) value = Null{};
+      break;
   }
-  return std::move(value);
 }
 
 }  // namespace
 
-Variant converted_for(const Column& column, Variant value) {
-  if (value.is_null()) return value;
+void convert_for(const Column& column, Variant& value) {
+  if (value.is_null()) return;
   if (value.type() == Type::Array || value.type() == Type::Object) cannot_convert(column, value);
   try {
-    return convert(column, value);
+    convert(column, value);
   } catch (const Error& e) {
     switch (e.number()) {
       case error_number::kTypeMismatch:
@@ -99,6 +104,11 @@ Variant converted_for(const Column& column, Variant value) {
         throw;
     }
   }
+}
+
+Variant converted_for(const Column& column, Variant value) {
+  convert_for(column, value);
+  return value;
 }
 
 }  // namespace pelm::ado

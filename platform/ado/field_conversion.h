@@ -13,5 +13,7 @@ namespace pelm::ado {
 /// read as the type, kDataOverflow for a number out of range and for a text longer than the
 /// column, both naming the column.
 Variant converted_for(const Column& column, Variant value);
+/// The same in place; a value that fails stays as it was or becomes its text.
+void convert_for(const Column& column, Variant& value);
 
 }  // namespace pelm::ado

@@ -26,6 +26,26 @@ bool same_but_for_numbers(std::string_view a, std::string_view b) noexcept {
 
 }  // namespace
 
+KnownTargets::Known& KnownTargets::next_place() noexcept {
+  Known& place = known_[next_];
+  next_ = (next_ + 1) % kMost;
+  place.target = nullptr;
+  return place;
+}
+
+std::shared_ptr<const UpdateTarget> KnownTargets::of_table(std::string_view table,
+                                                           const ColumnList& columns) {
+  const auto known = std::ranges::find_if(known_, [&](const Known& k) {
+    return k.result == columns && k.target != nullptr && k.sql.empty() &&
+           k.target->table() == table;
+  });
+  if (known != known_.end()) return known->target;
+  auto target = std::make_shared<const UpdateTarget>(std::string(table), columns);
+  Known& place = next_place();
+  place = {{}, columns, target};
+  return target;
+}
+
 std::shared_ptr<const UpdateTarget> KnownTargets::find(ConnectionImpl& connection,
                                                        std::string_view sql,
                                                        const ColumnList& result,
@@ -37,11 +57,10 @@ std::shared_ptr<const UpdateTarget> KnownTargets::find(ConnectionImpl& connectio
     const UpdateTarget& target = *known->target;
     if (target.table().empty()) return known->target;
     if (connection.describe(target.table(), timeout) == target.columns()) return known->target;
+    known->target = nullptr;
   } else {
-    known = known_.begin() + static_cast<std::ptrdiff_t>(next_);
-    next_ = (next_ + 1) % kMost;
+    known = &next_place();
   }
-  known->target = nullptr;
   auto target = std::make_shared<const UpdateTarget>(connection, sql, result, timeout);
   *known = {std::string(sql), result, target};
   return target;

@@ -23,6 +23,8 @@ class KnownTargets {
   /// raises.
   std::shared_ptr<const UpdateTarget> find(ConnectionImpl& connection, std::string_view sql,
                                            const ColumnList& result, std::int32_t timeout);
+  /// Of a table opened as such, by the name it was given; `columns` were described just then.
+  std::shared_ptr<const UpdateTarget> of_table(std::string_view table, const ColumnList& columns);
 
  private:
   static constexpr std::size_t kMost = 16;
@@ -31,6 +33,9 @@ class KnownTargets {
     ColumnList result;
     std::shared_ptr<const UpdateTarget> target;
   };
+  /// The one to fill next, emptied: the places are taken in turn.
+  Known& next_place() noexcept;
+
   std::array<Known, kMost> known_;
   std::size_t next_ = 0;
 };

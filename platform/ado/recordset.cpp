@@ -23,6 +23,10 @@ DataTypeEnum Field::Type() const { return owner_->column(index_).type; }
 std::int32_t Field::DefinedSize() const { return owner_->column(index_).size; }
 Variant Field::Value() const { return owner_->value(index_); }
 void Field::Value(Variant v) { owner_->assign(index_, std::move(v)); }
+Field& Field::operator=(Variant v) {
+  owner_->assign(index_, std::move(v));
+  return *this;
+}
 Variant Field::OriginalValue() const { return owner_->original_value(index_); }
 
 Recordset::Recordset() : impl_(std::make_unique<RecordsetImpl>()) {}

@@ -292,8 +292,8 @@ void RecordsetImpl::assign(std::size_t index, Variant&& value) {
   if (!edit_.adding()) check_row(kFieldSource);
   if (!edit_.pending()) complete_added_row(std::nullopt);
   const Column* const stored = target().column(static_cast<ColumnIndex>(index));
-  edit_.assign(static_cast<ColumnIndex>(index),
-               converted_for(stored != nullptr ? *stored : shown, std::move(value)));
+  convert_for(stored != nullptr ? *stored : shown, value);
+  edit_.assign(static_cast<ColumnIndex>(index), std::move(value));
 }
 
 EditModeEnum RecordsetImpl::edit_mode() {
@@ -382,7 +382,7 @@ void RecordsetImpl::remove() {
 const UpdateTarget& RecordsetImpl::target() {
   if (target_ == nullptr) {
     target_ = table_.empty() ? link_->targets().find(*link_, source, columns_, timeout_)
-                             : std::make_shared<const UpdateTarget>(table_, columns_);
+                             : link_->targets().of_table(table_, columns_);
   }
   return *target_;
 }

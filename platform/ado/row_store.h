@@ -32,7 +32,7 @@ class RowStore {
   const Variant& value(std::size_t row, std::size_t column) const {
     return cells_[row * columns_ + column];
   }
-  void set(std::size_t row, std::size_t column, Variant value) {
+  void set(std::size_t row, std::size_t column, Variant&& value) {
     cells_[row * columns_ + column] = std::move(value);
   }
   void erase(std::size_t row);

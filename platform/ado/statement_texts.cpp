@@ -77,7 +77,7 @@ StatementTexts::Text& StatementTexts::find(char kind, std::string_view table,
   key_ += table;
   key_ += '\0';
   append_index(key_, static_cast<unsigned>(assigned.size()));
-  for (const ColumnIndex i : assigned) append_index(key_, i);
+  key_.append(reinterpret_cast<const char*>(assigned.data()), assigned.size_bytes());
   for (const RowCondition& c : search.conditions) {
     append_index(key_, c.column);
     key_ += c.is_null ? 'n' : 'v';

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "pelm/conversions.h"
 #include "pelm/variant.h"
@@ -12,6 +13,9 @@ namespace pelm {
 /// mismatch (13) for arrays and objects.
 inline std::string joined_text(const Variant& v) {
   return v.is_null() ? std::string() : to_text(v);
+}
+inline std::string joined_text(Variant&& v) {
+  return v.is_null() ? std::string() : to_text(std::move(v));
 }
 
 }  // namespace pelm

@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 #include "pelm/error.h"
 #include "platform/value/date_text.h"
@@ -136,6 +137,10 @@ std::string to_text(const Variant& v) {
     default:
       raise_no_number(v.type());
   }
+}
+
+std::string to_text(Variant&& v) {
+  return v.is_text() ? std::move(v).text() : to_text(std::as_const(v));
 }
 
 bool is_date(const Variant& v) noexcept {

@@ -45,10 +45,7 @@ class Field {
   /// As last read from the database.
   Variant OriginalValue() const;
 
-  Field& operator=(Variant v) {
-    Value(std::move(v));
-    return *this;
-  }
+  Field& operator=(Variant v);
   Field(const Field&) = default;
   Field& operator=(const Field&) = delete;  // copying a value is spelt Value()
 

@@ -38,6 +38,7 @@ void SqliteCursor::start() {
 // False at the end.
 bool SqliteCursor::step() {
   session_.database().watchdog().restart();
+  lease_.prepared().running = true;
   const int code = sqlite3_step(lease_.get());
   if (code == SQLITE_ROW) return true;
   place_ = Place::AtEnd;
@@ -61,6 +62,7 @@ void SqliteCursor::finish() {
   }
   if (plan.changes_schema) session_.catalog().forget();
   sqlite3_reset(lease_.get());  // lets go of what it read, and of its lock
+  lease_.prepared().running = false;
 }
 
 // The engine prepares a statement anew by itself when the schema has changed under it.

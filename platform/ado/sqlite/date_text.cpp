@@ -222,11 +222,10 @@ const char* half_of(const CivilTime& t) { return t.hour < 12 ? "AM" : "PM"; }
 
 }  // namespace
 
-std::string stored_date(const CivilTime& t) {
-  std::string out = "0000-00-00 00:00:00";
+StoredDate::StoredDate(const CivilTime& t) noexcept {
   const auto put = [&](std::size_t at, int two_digits) {
-    out[at] = static_cast<char>('0' + two_digits / 10);
-    out[at + 1] = static_cast<char>('0' + two_digits % 10);
+    text_[at] = static_cast<char>('0' + two_digits / 10);
+    text_[at + 1] = static_cast<char>('0' + two_digits % 10);
   };
   put(0, t.year / 100);
   put(2, t.year % 100);
@@ -235,20 +234,24 @@ std::string stored_date(const CivilTime& t) {
   put(11, t.hour);
   put(14, t.minute);
   put(17, t.second);
-  return out;
 }
+
+std::string stored_date(const CivilTime& t) { return std::string(StoredDate(t).text()); }
 
 std::string stored_date(Date d) { return stored_date(d.civil()); }
 
 std::optional<CivilTime> read_stored_date(std::string_view s) noexcept {
-  constexpr std::string_view kForm = "dddd-dd-dd dd:dd:dd";
-  if (s.size() != kForm.size()) return {};
-  for (std::size_t i = 0; i < kForm.size(); ++i) {
-    if (kForm[i] == 'd' ? !is_digit(s[i]) : s[i] != kForm[i]) return {};
-  }
-  const auto two = [&](std::size_t i) { return (s[i] - '0') * 10 + (s[i + 1] - '0'); };
-  const CivilTime t{two(0) * 100 + two(2), two(5), two(8), two(11), two(14), two(17)};
-  if (!is_valid(t)) return {};
+  constexpr std::size_t kLength = 19;
+  if (s.size() != kLength) return {};
+  if (s[4] != '-' || s[7] != '-' || s[10] != ' ' || s[13] != ':' || s[16] != ':') return {};
+  bool digits = true;
+  const auto two = [&](std::size_t i) {
+    digits = digits && is_digit(s[i]) && is_digit(s[i + 1]);
+    return (s[i] - '0') * 10 + (s[i + 1] - '0');
+  };
+  const int century = two(0);
+  const CivilTime t{century * 100 + two(2), two(5), two(8), two(11), two(14), two(17)};
+  if (!digits || !is_valid(t)) return {};
   return t;
 }
 

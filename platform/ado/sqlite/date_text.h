@@ -4,6 +4,7 @@
 /// that SQL texts of pages use; printed in the styles of CONVERT.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -15,6 +16,15 @@
 namespace pelm::ado::sqlite {
 
 /// 'YYYY-MM-DD HH:MM:SS'.
+class StoredDate {
+ public:
+  explicit StoredDate(const CivilTime& t) noexcept;
+  std::string_view text() const noexcept { return {text_.data(), text_.size()}; }
+
+ private:
+  std::array<char, 19> text_ = {'0', '0', '0', '0', '-', '0', '0', '-', '0', '0',
+                                ' ', '0', '0', ':', '0', '0', ':', '0', '0'};
+};
 std::string stored_date(const CivilTime& t);
 std::string stored_date(Date d);
 

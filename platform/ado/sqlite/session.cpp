@@ -80,6 +80,10 @@ const Variant* find_variable(const Variables* variables, std::string_view name) 
   raise_provider_error(error_number::kErrorsInCommand, why);
 }
 
+bool bound_as_text(const Variant& value) {
+  return value.is_text() || value.type() == Variant::Type::Date;
+}
+
 LiteralReading reading_of(Slot::Reading reading) {
   switch (reading) {
     case Slot::Reading::Date:
@@ -251,6 +255,7 @@ void SqliteSession::bind(const StatementLease& lease, std::span<const Variant> v
     int code = SQLITE_OK;
     switch (slot.source) {
       case Slot::Source::Literal:
+        if (literals[slot.index].kind != Literal::Kind::Number) lease.prepared().holds_texts = true;
         code = bind_literal(lease.get(), position, literals[slot.index], reading_of(slot.reading),
                             state_.language.date_order, text_stays);
         break;
@@ -260,11 +265,13 @@ void SqliteSession::bind(const StatementLease& lease, std::span<const Variant> v
           refuse("the statement has more \"?\" than the " + std::to_string(values.size()) +
                  " values it was given");
         }
+        if (bound_as_text(values[slot.index])) lease.prepared().holds_texts = true;
         code = bind_value(lease.get(), position, values[slot.index], text_stays);
         break;
       case Slot::Source::Variable: {
         const Variant* const value = find_variable(variables, slot.name);
         if (value == nullptr) refuse("Must declare the variable '" + slot.name + "'.");
+        if (bound_as_text(*value)) lease.prepared().holds_texts = true;
         code = bind_value(lease.get(), position, *value, text_stays);
         break;
       }

@@ -181,10 +181,9 @@ std::optional<Literal> Shape::literal(const Token& token) const {
 }
 
 void Shape::read(std::string_view sql) {
-  if (const std::string* const known = seen_.find(sql, literals_)) {
-    text_ = *known;
-    return;
-  }
+  shape_ = seen_.find(sql, literals_);
+  if (shape_ != nullptr) return;
+  shape_ = &text_;
   read_tokens(sql);
   seen_.remember(sql, literals_, text_);
 }

@@ -24,16 +24,21 @@ namespace pelm::ado::sqlite {
 /// Kept by a session and filled anew for each statement, so that it allocates nothing.
 class Shape {
  public:
+  Shape() = default;
+  Shape(const Shape&) = delete;
+  Shape& operator=(const Shape&) = delete;
+
   /// Raises kErrorsInCommand for a character that no statement can hold.
   void read(std::string_view sql);
 
   void clear() {
     text_.clear();
+    shape_ = &text_;
     literals_.clear();
   }
 
-  /// The statement with a mark of tokenizer.h for each literal.
-  const std::string& text() const { return text_; }
+  /// The statement with a mark of tokenizer.h for each literal. Stands until the next `read`.
+  const std::string& text() const { return *shape_; }
   std::span<const Literal> literals() const { return literals_; }
 
  private:
@@ -51,7 +56,8 @@ class Shape {
   std::optional<Literal> literal(const Token& token) const;
 
   SeenTexts seen_;
-  std::string text_;
+  std::string text_;  // of a statement that was read token by token
+  const std::string* shape_ = &text_;
   std::vector<Literal> literals_;
   std::vector<Frame> frames_;
   Call next_call_ = Call::Other;

@@ -17,8 +17,9 @@ StatementLease::StatementLease(std::shared_ptr<Plan> plan, std::unique_ptr<Prepa
 
 StatementLease::~StatementLease() {
   if (prepared_ == nullptr) return;
-  sqlite3_reset(prepared_->statement());
-  if (!plan_->translation.slots.empty()) sqlite3_clear_bindings(prepared_->statement());
+  if (prepared_->running) sqlite3_reset(prepared_->statement());
+  if (prepared_->holds_texts) sqlite3_clear_bindings(prepared_->statement());
+  prepared_->running = prepared_->holds_texts = false;
   if (plan_->idle.size() < StatementCache::kMaxIdleOfShape) {
     plan_->idle.push_back(std::move(prepared_));
   }

@@ -71,10 +71,10 @@ int bind_number_text(sqlite3_stmt* statement, int position, const std::string& t
   return sqlite3_bind_double(statement, position, *v);
 }
 
-std::string_view column_text(sqlite3_stmt* statement, int column) {
-  const auto* const s = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+std::string_view text_of(sqlite3_value* value) {
+  const auto* const s = reinterpret_cast<const char*>(sqlite3_value_text(value));
   if (s == nullptr) return {};
-  return {s, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+  return {s, static_cast<std::size_t>(sqlite3_value_bytes(value))};
 }
 
 Variant integer_value(std::int64_t v, DataTypeEnum type) {
@@ -130,7 +130,7 @@ int bind_value(sqlite3_stmt* statement, int position, const Variant& value, bool
     case Variant::Type::Boolean:
       return sqlite3_bind_int(statement, position, value.boolean() ? 1 : 0);
     case Variant::Type::Date:
-      return bind_text(statement, position, stored_date(value.date()), false);
+      return bind_text(statement, position, StoredDate(value.date().civil()).text(), false);
     case Variant::Type::Text:
       return bind_text(statement, position, value.text(), text_stays);
     case Variant::Type::Array:
@@ -156,19 +156,21 @@ int bind_literal(sqlite3_stmt* statement, int position, const Literal& literal,
   const bool escape = literal.kind == Literal::Kind::Date;  // always year, month, day
   const auto date = read_date(text, escape ? DateOrder::YearMonthDay : order);
   if (!date) refuse_literal(text, "datetime");
-  return bind_text(statement, position, stored_date(*date), false);
+  return bind_text(statement, position, StoredDate(*date).text(), false);
 }
 
 Variant read_value(sqlite3_stmt* statement, int column, DataTypeEnum type) {
-  switch (sqlite3_column_type(statement, column)) {
+  // Of one thread alone, as a session is, an unprotected value may be read.
+  sqlite3_value* const value = sqlite3_column_value(statement, column);
+  switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-      return integer_value(sqlite3_column_int64(statement, column), type);
+      return integer_value(sqlite3_value_int64(value), type);
     case SQLITE_FLOAT:
-      return sqlite3_column_double(statement, column);
+      return sqlite3_value_double(value);
     case SQLITE_TEXT:
-      return text_value(column_text(statement, column), type);
+      return text_value(text_of(value), type);
     case SQLITE_BLOB:
-      return column_text(statement, column);
+      return text_of(value);
     default:
       return Null{};
   }
