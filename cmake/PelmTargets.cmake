@@ -30,18 +30,23 @@ function(pelm_test name)
   # The tests' own code need not be quick, and optimising it doubles the time of its build.
   target_compile_options(${name} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1> $<$<CONFIG:RelWithDebInfo>:-g1>)
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_FILTER "-*/MariaDB*:*/OdbcSQLite"
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_FILTER "-*/MariaDB*:*/H2:*/PostgreSql:*/OdbcSQLite"
                        PROPERTIES TIMEOUT 300)
 endfunction()
 
-# pelm_server_test(NAME): what a program of pelm_test tests on the engines behind drivers, all in one
-# process and one CTest test: a server is started for it.
+# pelm_server_test(NAME): what a program of pelm_test tests on the engines behind drivers, for each
+# kind of server all in one process and one CTest test: a server is started for it.
 function(pelm_server_test name)
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
-  add_test(NAME "Databases.${name}"
-           COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/tests/databases/mariadb_server.py"
-                   $<TARGET_FILE:${name}> "--gtest_filter=*/MariaDB*:*/OdbcSQLite" --gtest_brief=1)
-  set_tests_properties("Databases.${name}" PROPERTIES TIMEOUT 600)
+  set(mariadb_engines "*/MariaDB*:*/OdbcSQLite")
+  set(h2_engines "*/H2")
+  set(postgresql_engines "*/PostgreSql")
+  foreach(server mariadb h2 postgresql)
+    add_test(NAME "Databases.${name}.${server}"
+             COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/tests/databases/with_server.py" ${server}
+                     $<TARGET_FILE:${name}> "--gtest_filter=${${server}_engines}" --gtest_brief=1)
+    set_tests_properties("Databases.${name}.${server}" PROPERTIES TIMEOUT 600)
+  endforeach()
 endfunction()
 
 # pelm_python_test(FILE [NAME=VALUE…]): each test method of a unittest file in this folder becomes a

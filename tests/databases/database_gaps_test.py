@@ -1,4 +1,5 @@
 # What gaps.txt says an engine cannot do, it still cannot: each of those tests is run, and fails.
+import contextlib
 import json
 import os
 import subprocess
@@ -6,7 +7,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-import mariadb_server
+import with_server
 
 FOLDER = Path(__file__).resolve().parent
 PROGRAMS = os.environ["PELM_DATABASE_TESTS"].split(",")
@@ -23,13 +24,14 @@ def gaps():
 class DatabaseGaps(unittest.TestCase):
     def test_none_has_closed(self):
         failed, passed = set(), set()
-        with mariadb_server.running() as server, tempfile.TemporaryDirectory() as folder:
+        with contextlib.ExitStack() as open_ones, tempfile.TemporaryDirectory() as folder:
+            servers = [open_ones.enter_context(kind.running()) for kind in with_server.SERVERS.values()]
             for program in PROGRAMS:
                 report = Path(folder, "report.json")
                 report.unlink(missing_ok=True)
                 subprocess.run([program, "--gtest_filter=" + ":".join(name for name, _ in gaps()),
                                 f"--gtest_output=json:{report}"],
-                               env={**os.environ, "PELM_TEST_MARIADB": server.socket, "PELM_TEST_GAPS": "1"},
+                               env={**with_server.environment(*servers), "PELM_TEST_GAPS": "1"},
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=PATIENCE)
                 for suite in json.loads(report.read_text(encoding="utf-8"))["testsuites"]:
                     for test in suite["testsuite"]:

@@ -74,8 +74,11 @@ class Relay:
                 end.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
             with self.lock:
                 self.pairs.append((client, server))
-            threading.Thread(target=self.pass_on, args=(client, server, True), daemon=True).start()
-            threading.Thread(target=self.pass_on, args=(server, client, False), daemon=True).start()
+            self.converse(client, server)
+
+    def converse(self, client, server):
+        threading.Thread(target=self.pass_on, args=(client, server, True), daemon=True).start()
+        threading.Thread(target=self.pass_on, args=(server, client, False), daemon=True).start()
 
     def pass_on(self, source, sink, is_client):
         with contextlib.suppress(OSError):
@@ -83,10 +86,14 @@ class Relay:
                 if is_client:
                     self.count()
                 sink.sendall(piece)
-        for end in (source, sink):
+        self.hang_up(source, sink)
+        source.close()
+
+    @staticmethod
+    def hang_up(*ends):
+        for end in ends:
             with contextlib.suppress(OSError):
                 end.shutdown(socket.SHUT_RDWR)
-        source.close()
 
     def count(self):
         with self.lock:

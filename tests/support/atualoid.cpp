@@ -20,6 +20,16 @@ std::vector<std::string> atualoid_that_gives(const Engine& engine, std::string_v
             "'@novooid INTEGER OUTPUT', '" +
                 first + "SELECT " + given + " AS novooid')"};
   }
+  if (engine.schema == "h2") {
+    return {drop_atualoid(engine),
+            "insert into pelm_procedure (name, script) values ('atualoid', '" + first + "select " +
+                given + " novooid')"};
+  }
+  if (engine.schema == "postgresql") {
+    return {drop_atualoid(engine),
+            "create function atualoid(out novooid integer) language plpgsql as $$ begin " + first +
+                "novooid := " + given + "; end $$"};
+  }
   if (engine.kind == 2) {
     return {drop_atualoid(engine), "create procedure atualoid (novooid out integer) as begin " +
                                        first + "novooid := " + given + "; end;"};
@@ -29,7 +39,9 @@ std::vector<std::string> atualoid_that_gives(const Engine& engine, std::string_v
 }
 
 std::string drop_atualoid(const Engine& engine) {
-  return engine.schema == "sqlite" ? "delete from pelm_procedure" : "drop procedure atualoid";
+  const bool in_table = engine.schema == "sqlite" || engine.schema == "h2";
+  if (in_table) return "delete from pelm_procedure";
+  return engine.schema == "postgresql" ? "drop function atualoid" : "drop procedure atualoid";
 }
 
 }  // namespace pelm::test

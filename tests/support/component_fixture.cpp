@@ -1,7 +1,6 @@
 // A real database with the whole schema, and the thread's shared objects open on it.
 #include "support/component_fixture.h"
 
-#include <algorithm>
 #include <array>
 #include <map>
 #include <stdexcept>
@@ -14,8 +13,8 @@
 #include "pelm/error.h"
 #include "pelm/manipula_data.h"
 #include "platform/ado/session_pool.h"
-#include "schema/schema.h"
 #include "support/engine_gaps.h"
+#include "support/engine_schema.h"
 
 namespace pelm::test {
 namespace {
@@ -39,19 +38,6 @@ std::shared_ptr<ado::Connection> opened(const std::string& connection_string) {
 std::map<std::string_view, std::unique_ptr<FreshDatabase>>& used_databases() {
   static auto* const databases = new std::map<std::string_view, std::unique_ptr<FreshDatabase>>;
   return *databases;
-}
-
-/// As if made anew, but for tables of the schema that are there already.
-void empty_tables(ado::Connection& connection, bool has_sequence) {
-  std::vector<std::string> tables;
-  const auto names = connection.Execute(
-      "select table_name from information_schema.tables where table_schema = database() and "
-      "table_type = 'BASE TABLE'");
-  for (; !names->Eof(); names->MoveNext()) tables.push_back(to_text(names->Fields(0).Value()));
-  for (const std::string& table : tables) connection.Execute("delete from " + table);
-  if (std::ranges::find(tables, "pelm_menu") == tables.end()) return;
-  connection.Execute(has_sequence ? "alter sequence Pelm_Menu_ID restart with 8"
-                                  : "alter table Pelm_Menu auto_increment = 8");
 }
 
 /// What stands between the ";" outside of literals: servers take one statement at a time.
@@ -117,8 +103,8 @@ void ComponentFixture::SetUp() {
   database_ = is_used ? std::move(used) : GetParam().create();
   if (database_ == nullptr) GTEST_SKIP() << GetParam().name << " does not run here";
   inspector_ = opened(connection_string());
-  if (is_used) empty_tables(*inspector_, GetParam().kind == 2);
-  create_schema(*inspector_, GetParam().schema);
+  if (is_used) empty_tables(*inspector_, GetParam());
+  make_tables(*inspector_, GetParam());
   thread_ = std::make_unique<ComponentThread>(connection_string(), GetParam().kind);
 }
 

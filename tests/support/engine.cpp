@@ -17,6 +17,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view kTablesOnMariaDb =
+    "select table_name from information_schema.tables where table_schema = database() and "
+    "table_type = 'BASE TABLE'";
+constexpr std::string_view kPublicTables =
+    "select table_name from information_schema.tables where table_schema = 'public' and "
+    "table_type = 'BASE TABLE'";
+
 class TemporaryFile final : public FreshDatabase {
  public:
   TemporaryFile() {
@@ -75,7 +82,9 @@ const std::vector<Engine>& engines() {
        .numbered_key = "integer auto_increment primary key",
        .number = "double",
        .refuses_writes_in_read_mode = false,
-       .schema = "mariadb"},
+       .schema = "mariadb",
+       .list_tables = kTablesOnMariaDb,
+       .restart_menu = "alter table Pelm_Menu auto_increment = 8"},
       {.name = "MariaDBOracle",
        .provider = "MSDASQL",
        .create = create_mariadb_oracle,
@@ -84,7 +93,32 @@ const std::vector<Engine>& engines() {
        .number = "double",
        .refuses_writes_in_read_mode = false,
        .schema = "mariadb-oracle",
-       .kind = 2},
+       .kind = 2,
+       .list_tables = kTablesOnMariaDb,
+       .restart_menu = "alter sequence Pelm_Menu_ID restart with 8"},
+      {.name = "H2",
+       .provider = "MSDASQL",
+       .create = create_h2,
+       .create_counter = create_h2_counter,
+       .numbered_key = "integer identity(1, 1) primary key",
+       .number = "float",
+       .refuses_writes_in_read_mode = false,
+       .schema = "h2",
+       .list_tables = kPublicTables,
+       .restart_menu = "alter table Pelm_Menu alter column id restart with 8"},
+      {.name = "PostgreSql",
+       .provider = "MSDASQL",
+       .create = create_postgresql,
+       .create_counter = create_postgresql_counter,
+       .numbered_key = "serial primary key",
+       .number = "double precision",
+       .moment = "timestamp(0)",
+       .truth = "boolean",
+       .refuses_writes_in_read_mode = false,
+       .schema = "postgresql",
+       .kind = 2,
+       .list_tables = kPublicTables,
+       .restart_menu = "alter sequence Pelm_Menu_ID restart with 8"},
       {.name = "OdbcSQLite",
        .provider = "MSDASQL",
        .create = create_odbc_sqlite,
@@ -123,7 +157,8 @@ std::shared_ptr<ado::Connection> DatabaseTest::connect() const {
 void DatabaseTest::create_pessoa() {
   run("create table pessoa (oid integer not null primary key, nome varchar(20) not null, "
       "peso " +
-      std::string(GetParam().number) + ", nascido datetime, ativo bit, notas text)");
+      std::string(GetParam().number) + ", nascido " + std::string(GetParam().moment) + ", ativo " +
+      std::string(GetParam().truth) + ", notas text)");
 }
 
 void DatabaseTest::add_pessoa(int oid, std::string_view nome) {

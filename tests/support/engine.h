@@ -38,12 +38,19 @@ struct Engine {
   std::string_view numbered_key;
   /// The type of a number of double precision, as a column is declared.
   std::string_view number;
+  /// The types of a moment and of a truth value, as columns are declared.
+  std::string_view moment = "datetime";
+  std::string_view truth = "bit";
   /// A connection can be read-only.
   bool refuses_writes_in_read_mode;
   /// Whose scripts of schema/ make the component's tables; empty where it cannot work.
   std::string_view schema = {};
   /// `Conn.Database`: 1 reads SQL Server's dialect, 2 Oracle's.
   std::int16_t kind = 1;
+  /// The names of a database's tables; empty where each test has a database of its own.
+  std::string_view list_tables = {};
+  /// Has menu options numbered from 8 on again.
+  std::string_view restart_menu = {};
 };
 
 /// By its name, in the reports of tests.

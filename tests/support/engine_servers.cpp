@@ -72,6 +72,64 @@ std::unique_ptr<FreshDatabase> create_on_mariadb(const char* collation, const ch
   return std::make_unique<MariaDbDatabase>(socket, collation, settings);
 }
 
+class H2Database final : public FreshDatabase {
+ public:
+  explicit H2Database(const std::string& port) : port_(port), name_(unused_name()) {
+    run("set ignorecase true");  // texts compare as SQL Server's do
+  }
+  ~H2Database() override {
+    ado::empty_session_pool();
+    try {
+      run("shutdown immediately");
+    } catch (const std::exception&) {
+      ado::empty_session_pool();  // it ends the connection too
+    }
+  }
+  std::string connection_string() const override {
+    return "Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=" + port_ +
+           ";UID=sa;PWD=sa;Protocol=7.4-0;Database=" + name_;
+  }
+
+ private:
+  void run(const std::string& sql) const {
+    ado::Connection connection;
+    connection.Open(connection_string());
+    connection.Execute(sql);
+  }
+
+  std::string port_;
+  std::string name_;
+};
+
+class PostgreSqlDatabase final : public FreshDatabase {
+ public:
+  explicit PostgreSqlDatabase(const std::string& folder)
+      : server_("Driver={PostgreSQL Unicode};Server=" + folder + ";Port=5432;UID=postgres"),
+        name_(unused_name()) {
+    on_server("create database " + name_ + " template pelm_template");
+  }
+  ~PostgreSqlDatabase() override {
+    ado::empty_session_pool();
+    try {
+      on_server("drop database " + name_ + " with (force)");
+    } catch (const std::exception&) {
+      return;  // a test has stopped the server
+    }
+    ado::empty_session_pool();
+  }
+  std::string connection_string() const override { return server_ + ";Database=" + name_; }
+
+ private:
+  void on_server(const std::string& sql) const {
+    ado::Connection connection;
+    connection.Open(server_ + ";Database=postgres");
+    connection.Execute(sql);
+  }
+
+  std::string server_;
+  std::string name_;
+};
+
 class OdbcSqliteFile final : public FreshDatabase {
  public:
   OdbcSqliteFile() : folder_(fs::temp_directory_path() / ("test-" + unused_name())) {
@@ -128,6 +186,37 @@ void create_mariadb_oracle_counter(ado::Connection& connection) {
   connection.Execute(
       "create procedure avancar(novo out integer) as begin update contador set valor = valor + 1; "
       "select valor into novo from contador; end;");
+}
+
+std::unique_ptr<FreshDatabase> create_h2() {
+  register_providers();
+  const char* const port = std::getenv("PELM_TEST_H2");
+  if (port == nullptr) return nullptr;
+  return std::make_unique<H2Database>(port);
+}
+
+void create_h2_counter(ado::Connection& connection) {
+  connection.Execute("create table contador (valor integer not null)");
+  connection.Execute("insert into contador (valor) values (5)");
+  connection.Execute("create table pelm_procedure (name varchar(128) primary key, script text)");
+  connection.Execute(
+      "insert into pelm_procedure (name, script) values ('avancar', 'select valor novo from final "
+      "table (update contador set valor = valor + 1)')");
+}
+
+std::unique_ptr<FreshDatabase> create_postgresql() {
+  register_providers();
+  const char* const folder = std::getenv("PELM_TEST_POSTGRESQL");
+  if (folder == nullptr) return nullptr;
+  return std::make_unique<PostgreSqlDatabase>(folder);
+}
+
+void create_postgresql_counter(ado::Connection& connection) {
+  connection.Execute("create table contador (valor integer not null)");
+  connection.Execute("insert into contador (valor) values (5)");
+  connection.Execute(
+      "create function avancar(out novo integer) language sql as 'update contador set valor = "
+      "valor + 1 returning valor'");
 }
 
 std::unique_ptr<FreshDatabase> create_odbc_sqlite() {

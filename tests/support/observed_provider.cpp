@@ -40,13 +40,17 @@ class ObservedSession final : public ado::Session {
   ObservedSession(std::unique_ptr<ado::Session> real, Observer observer, std::size_t connected)
       : real_(std::move(real)), observer_(std::move(observer)), connected_(connected) {}
 
-  void command_timeout(std::int32_t seconds) override { real_->command_timeout(seconds); }
+  void command_timeout(std::int32_t seconds) override {
+    seconds_ = seconds;
+    real_->command_timeout(seconds);
+  }
 
   std::unique_ptr<ado::Cursor> execute(std::string_view sql,
                                        std::span<const Variant> values) override {
     observer_->before({.kind = Kind::Execute,
                        .text = std::string(sql),
-                       .values = {values.begin(), values.end()}});
+                       .values = {values.begin(), values.end()},
+                       .seconds = seconds_});
     return std::make_unique<ObservedCursor>(real_->execute(sql, values), observer_);
   }
   std::shared_ptr<const std::vector<ado::Column>> describe(std::string_view table) override {
@@ -87,6 +91,7 @@ class ObservedSession final : public ado::Session {
   std::unique_ptr<ado::Session> real_;
   Observer observer_;
   std::size_t connected_;
+  std::int32_t seconds_ = -1;
 };
 
 class WatchedProvider final : public ado::Provider {

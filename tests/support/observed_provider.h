@@ -1,6 +1,7 @@
 /// A real provider with somebody watching each call that crosses the seam.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ struct ProviderCall {
   /// The access mode of a connection, the isolation level of a transaction, how the arguments of a
   /// procedure are declared; `to_text` leaves it out.
   std::string manner = {};
+  std::int32_t seconds = -1;  ///< the time limit of a statement; -1 where none was set
 
   friend bool operator==(const ProviderCall&, const ProviderCall&) = default;
 };

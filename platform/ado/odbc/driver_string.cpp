@@ -57,6 +57,28 @@ void complete_for_mariadb(ConnectionString& properties, std::int32_t connection_
   }
 }
 
+struct Setting {
+  std::string_view keyword;
+  std::string_view value;
+};
+
+/// Without these PostgreSQL's driver gives truth values as texts, says 255 characters of a text
+/// without a limit, and lets a statement that fails end the transaction around it.
+constexpr std::array kPostgreSql = {Setting{"BoolsAsChar", "0"}, Setting{"MaxVarcharSize", "8000"},
+                                    Setting{"Protocol", "7.4-2"}};
+
+void complete_for_postgresql(ConnectionString& properties) {
+  for (const Setting& s : kPostgreSql) {
+    if (properties.find(s.keyword) == nullptr) properties.set(s.keyword, std::string(s.value));
+  }
+}
+
+bool is_for_postgresql(const ConnectionString& properties) {
+  const std::string driver = text::lower(properties.get("Driver"));
+  return driver.find("postgres") != std::string::npos ||
+         driver.find("psqlodbc") != std::string::npos;
+}
+
 bool is_for_mariadb(const ConnectionString& properties) {
   const std::string driver = text::lower(properties.get("Driver"));
   return driver.find("maria") != std::string::npos || driver.find("maodbc") != std::string::npos ||
@@ -92,6 +114,7 @@ std::string driver_string(const SessionSettings& settings) {
                         "DSN=NAME or Provider=SQLite;Data Source=PATH."));
   }
   if (is_for_mariadb(properties)) complete_for_mariadb(properties, settings.connection_timeout);
+  if (is_for_postgresql(properties)) complete_for_postgresql(properties);
   std::string out;
   for (const auto& [keyword, value] : properties.pairs()) {
     out += keyword;

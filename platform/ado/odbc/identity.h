@@ -5,7 +5,8 @@
 /// with "_ID" behind it: PELM_MENU_ID numbers Pelm_Menu. A statement that asks for @@identity is
 /// answered with the current value of the sequence of the table that the session last inserted
 /// into, null when that table has none: what SQL Server answers. MariaDB read as Oracle answers for
-/// its own numbered columns where there is no such sequence.
+/// its own numbered columns where there is no such sequence. PostgreSQL answers with the last
+/// number that any of its sequences gave to the session, null where none did.
 #pragma once
 
 #include <optional>

@@ -96,8 +96,9 @@ bool OdbcSession::run_prepared(StatementLease& lease, std::string_view sql,
 
 std::unique_ptr<Cursor> OdbcSession::execute(std::string_view sql,
                                              std::span<const Variant> values) {
-  if (const auto name = asks_identity(sql); name && speaks_oracle()) {
-    return answer_identity(sql, *name);
+  if (const auto name = asks_identity(sql)) {
+    if (link_.kind() == ServerKind::PostgreSql) return answer_last_value(*name);
+    if (speaks_oracle()) return answer_identity(sql, *name);
   }
   return run_statement(sql, values);
 }
@@ -259,6 +260,18 @@ std::unique_ptr<Cursor> OdbcSession::answer_identity(std::string_view sql,
       // The table has no sequence, or it gave this session no number.
       if (link_.kind() == ServerKind::MariaDb) return run_statement(sql, {});
     }
+  }
+  return std::make_unique<SingleValueCursor>(name, number);
+}
+
+std::unique_ptr<Cursor> OdbcSession::answer_last_value(const std::string& name) {
+  Variant number = Null{};
+  try {
+    const auto cursor = run_statement("select lastval()", {});
+    if (cursor->next()) number = cursor->value(0);
+  } catch (const Error&) {
+    if (link_.lost() || doubtful_) throw;
+    // No sequence gave this session a number.
   }
   return std::make_unique<SingleValueCursor>(name, number);
 }

@@ -54,6 +54,7 @@ class OdbcSession final : public Session {
   SQLRETURN more_results(StatementLease& lease, std::string_view sql);
 
   std::unique_ptr<Cursor> answer_identity(std::string_view sql, const std::string& name);
+  std::unique_ptr<Cursor> answer_last_value(const std::string& name);
   bool speaks_oracle();
   bool is_alive();
 

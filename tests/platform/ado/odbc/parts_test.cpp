@@ -78,6 +78,13 @@ TEST(DriverString, TellsMariaDbsDriverToCountFoundRows) {
             "Driver={MariaDB Unicode};Option=10;CONN_TIMEOUT=9;");
 }
 
+TEST(DriverString, TellsPostgreSqlsDriverWhatItsRowsAndFailuresMustBe) {
+  EXPECT_EQ(string_for("Driver=PostgreSQL Unicode"),
+            "Driver={PostgreSQL Unicode};BoolsAsChar=0;MaxVarcharSize=8000;Protocol=7.4-2;");
+  EXPECT_EQ(string_for("Driver=psqlodbcw.so;Protocol=7.4-0;BoolsAsChar=1;MaxVarcharSize=100"),
+            "Driver={psqlodbcw.so};Protocol=7.4-0;BoolsAsChar=1;MaxVarcharSize=100;");
+}
+
 TEST(DriverString, WithoutDriverAndSourceSaysWhatToWrite) {
   const auto e = raised([] { string_for("Server=crm;PWD=segredo"); });
   ASSERT_TRUE(e);

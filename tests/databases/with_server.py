@@ -1,0 +1,29 @@
+# Runs a program with a server of the tests' own, where the program finds it.
+#
+#   python3 with_server.py mariadb|h2|postgresql PROGRAM ARGUMENTS…
+import os
+import signal
+import subprocess
+import sys
+
+import h2_server
+import mariadb_server
+import postgresql_server
+
+SERVERS = {"mariadb": mariadb_server.Server, "h2": h2_server.Server,
+           "postgresql": postgresql_server.Server}
+
+
+def environment(*servers):
+    return {**os.environ, **{server.variable: server.address for server in servers}}
+
+
+def main():
+    for ending in (signal.SIGTERM, signal.SIGINT):
+        signal.signal(ending, lambda number, _: sys.exit(128 + number))
+    with SERVERS[sys.argv[1]].running() as server:
+        return subprocess.run(sys.argv[2:], env=environment(server)).returncode
+
+
+if __name__ == "__main__":
+    sys.exit(main())
