@@ -260,8 +260,12 @@ void RecordsetImpl::move_to(std::int32_t position) {
 }
 
 std::size_t RecordsetImpl::find_column(std::string_view name) const {
-  for (std::size_t i = 0; i < column_count(); ++i) {
-    if (same_name((*columns_)[i].name, name)) return i;
+  if (columns_ != nullptr) {
+    std::size_t i = 0;
+    for (const Column& c : *columns_) {
+      if (same_name(c.name, name)) return i;
+      ++i;
+    }
   }
   raise_error(error_number::kItemNotFound, kFieldsSource, "(" + std::string(name) + ")");
 }

@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "pelm/ado/connection.h"
 #include "pelm/ado/recordset.h"
@@ -138,6 +140,22 @@ TEST_P(RunSQL, ReturnsTheOpenRows) {
   EXPECT_EQ(rs->CursorLocation(), ado::adUseServer);
   EXPECT_EQ(rs->Fields("NOME").Value(), Variant("Item 8"));
   rs->Close();
+}
+
+TEST_P(RunSQL, TheTimeLimitIsACommandsOwnAndNotTheConnections) {
+  conn().CloseConn();
+  conn().Conex(nullptr);
+  const test::RecordingProvider recorder(GetParam().provider);
+  conn().OpenConn();
+  conn().Conex()->CommandTimeout(77);
+  conn().Conex()->Execute("select oid from item");
+  conn().RunSQL("select oid from item");
+  conn().OpenTable("item")->Eof();
+  std::vector<std::int32_t> limits;
+  for (const test::ProviderCall& call : recorder.calls()) {
+    if (call.text.starts_with("select")) limits.push_back(call.seconds);
+  }
+  EXPECT_THAT(limits, ElementsAre(77, 30, 30));
 }
 
 TEST_P(RunSQL, AStatementWithoutRowsGivesAClosedRecordSet) {
