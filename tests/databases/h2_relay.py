@@ -15,6 +15,9 @@ ASKS_FOR_TLS = 80877103
 WELCOME = b"\0\0\0\0"
 LONG_ENOUGH = 1  # seconds in which a statement that was sent has surely been read
 
+BACKSLASHES = (b"standard_conforming_strings\0off", b"standard_conforming_strings\0on")
+ASKS_FOR_COLUMNS = re.compile(rb"select n\.nspname, ")
+CHANGES_TABLES = re.compile(rb"\b(create|alter|drop|shutdown)\b", re.IGNORECASE)
 # H2's own states, and the usual ones: no such table (but others, nor any other), no such function.
 STATES = {b"C42S03\0": b"C42S02\0", b"C42S04\0": b"C42S02\0", b"C90022\0": b"C42883\0"}
 NOTHING = rb"set lock_timeout 60000"
@@ -117,6 +120,7 @@ class Dialect:
 class Relay(relay.Relay):
     def __init__(self, server_port):
         self.dialect = Dialect()
+        self.columns = {}  # what was answered about a table, until one is made or changed: it takes H2 long
         super().__init__(server_port)
 
     def converse(self, client, server):
@@ -125,76 +129,100 @@ class Relay(relay.Relay):
     def talk(self, client, server):
         try:
             with contextlib.suppress(OSError):
-                if self.opened(client, server):
-                    while True:
-                        self.exchange(client, server)
+                Conversation(self, client, server).run()
         finally:
             self.hang_up(client, server)
             client.close()
             server.close()
 
-    def opened(self, client, server):
-        """False for a client that came to have another's statement cancelled."""
-        start = read(client, 8)
+
+class Conversation:
+    def __init__(self, passing, client, server):
+        self.passing = passing
+        self.client = client
+        self.server = server
+        self.database = b""
+        self.state = b"I"  # of the transaction, as the server's last message told it
+
+    def run(self):
+        start = read(self.client, 8)
         size, code = struct.unpack("!II", start)
         if code == ASKS_FOR_TLS:
-            client.sendall(b"N")
-            return self.opened(client, server)
-        body = read(client, size - len(start))
-        if code != PROTOCOL_3:
-            server.sendall(start + body)
-            return False
-        words = body.rstrip(b"\0").split(b"\0")
-        words[words.index(b"database") + 1] = b"mem:" + words[words.index(b"database") + 1] + b";DB_CLOSE_DELAY=-1"
-        body = b"\0".join(words) + b"\0\0"
-        with self.dialect.lost():
-            server.sendall(struct.pack("!II", len(body) + len(start), code) + body)
-            self.greet(client, server)
-        return True
+            self.client.sendall(b"N")
+            self.run()
+        elif code == PROTOCOL_3:
+            self.open(read(self.client, size - len(start)))
+            while True:
+                self.exchange()
+        else:  # has another's statement cancelled
+            self.server.sendall(start + read(self.client, size - len(start)))
 
-    def greet(self, client, server):
+    def open(self, settings):
+        words = settings.rstrip(b"\0").split(b"\0")
+        self.database = words[words.index(b"database") + 1]
+        words[words.index(b"database") + 1] = b"mem:" + self.database + b";DB_CLOSE_DELAY=-1"
+        settings = b"\0".join(words) + b"\0\0"
+        with self.passing.dialect.lost():
+            self.server.sendall(struct.pack("!II", len(settings) + 8, PROTOCOL_3) + settings)
+            self.greet()
+
+    def greet(self):
         welcome = b""
-        for kind, body in answers_of(server):
+        for kind, body in answers_of(self.server):
             if kind == b"R" and body != WELCOME:  # who are you?
-                client.sendall(message(kind, body))
-                server.sendall(message(*read_message(client)))
-            else:  # a backslash in a literal is one
-                welcome += message(kind, body.replace(b"standard_conforming_strings\0off", b"standard_conforming_strings\0on"))
-        self.ask(server, b"SET MODE MSSQLServer; SET DEFAULT_NULL_ORDERING LOW")
-        client.sendall(welcome)
+                self.client.sendall(message(kind, body))
+                self.server.sendall(message(*read_message(self.client)))
+            else:
+                welcome += message(kind, body.replace(*BACKSLASHES))
+        self.ask(b"SET MODE MSSQLServer; SET DEFAULT_NULL_ORDERING LOW")
+        self.client.sendall(welcome)
 
-    def exchange(self, client, server):
+    def exchange(self):
         """What the client has to say until it waits for an answer, and the answer."""
-        said = b""
-        kind = None
-        while kind not in (b"Q", b"S", b"X"):
-            kind, body = read_message(client)
-            said += message(kind, self.rewritten(server, body) if kind in (b"Q", b"P") else body)
-        self.count()
-        with self.dialect.kept():
-            server.sendall(said)
-            for kind, body in answers_of(server):
+        asked = [read_message(self.client)]
+        while asked[-1][0] not in (b"Q", b"S", b"X"):
+            asked.append(read_message(self.client))
+        self.passing.count()
+        text = asked[0][1]
+        question = (self.database, text) if ASKS_FOR_COLUMNS.match(text) else None
+        answer = self.passing.columns.get(question) or self.answer(asked)
+        if question:
+            self.passing.columns[question] = answer
+        elif CHANGES_TABLES.search(text):
+            self.passing.columns.clear()
+        self.client.sendall(answer + message(b"Z", self.state))
+
+    def answer(self, asked):
+        """But for its end."""
+        said = b"".join(message(kind, self.rewritten(body) if kind in (b"Q", b"P") else body) for kind, body in asked)
+        answer = b""
+        with self.passing.dialect.kept():
+            self.server.sendall(said)
+            for kind, body in answers_of(self.server):
+                if kind == b"Z":
+                    self.state = body
+                    break
                 for own, usual in STATES.items() if kind == b"E" else ():
                     body = body.replace(own, usual)
-                client.sendall(message(kind, body))
+                answer += message(kind, body)
+        return answer
 
-    def rewritten(self, server, body):
+    def rewritten(self, body):
         for text, becomes in REWRITTEN:
             body = text.sub(becomes, body)
         call = CALL.fullmatch(body)
-        script = self.script_of(server, call[2]) if call else None
+        script = self.script_of(call[2]) if call else None
         if script is None:
             return body
         *before, last = script.split(b"; ")
         for statement in before:
-            self.ask(server, statement)
+            self.ask(statement)
         return (call[1] or b"") + last + (OUTPUT if call[3] else b"") + call[4]
 
-    def script_of(self, server, procedure):
-        rows = self.ask(server, b"select script from pelm_procedure where name = '" + procedure + b"'")
+    def script_of(self, procedure):
+        rows = self.ask(b"select script from pelm_procedure where name = '" + procedure + b"'")
         return rows[0][6:] if rows else None  # behind the count of columns and the length
 
-    @staticmethod
-    def ask(server, sql):
-        server.sendall(message(b"Q", sql + b"\0"))
-        return [body for kind, body in answers_of(server) if kind == b"D"]
+    def ask(self, sql):
+        self.server.sendall(message(b"Q", sql + b"\0"))
+        return [body for kind, body in answers_of(self.server) if kind == b"D"]

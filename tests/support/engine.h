@@ -51,6 +51,8 @@ struct Engine {
   std::string_view list_tables = {};
   /// Has menu options numbered from 8 on again.
   std::string_view restart_menu = {};
+  /// A text may hold statements with ";" between, which saves the way to the server.
+  bool takes_several_statements = false;
 };
 
 /// By its name, in the reports of tests.

@@ -108,7 +108,16 @@ void make_tables(ado::Connection& connection, const Engine& engine) {
 
 void empty_tables(ado::Connection& connection, const Engine& engine) {
   const std::vector<std::string> tables = tables_of(connection, engine);
-  for (const std::string& table : tables) connection.Execute("delete from " + table);
+  std::string at_once;
+  for (const std::string& table : tables) {
+    const std::string sql = "delete from " + table;
+    if (engine.takes_several_statements) {
+      at_once += sql + ";";
+    } else {
+      connection.Execute(sql);
+    }
+  }
+  if (!at_once.empty()) connection.Execute(at_once);
   if (has_menu(tables)) connection.Execute(engine.restart_menu);
 }
 
