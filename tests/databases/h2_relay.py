@@ -13,7 +13,7 @@ import relay
 PROTOCOL_3 = 196608
 ASKS_FOR_TLS = 80877103
 WELCOME = b"\0\0\0\0"
-LONG_ENOUGH = 1  # seconds in which a statement that was sent has surely been read
+LONG_ENOUGH = 5  # seconds in which a statement that was sent has surely been read
 
 BACKSLASHES = (b"standard_conforming_strings\0off", b"standard_conforming_strings\0on")
 ASKS_FOR_COLUMNS = re.compile(rb"select n\.nspname, ")
