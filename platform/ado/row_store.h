@@ -1,10 +1,13 @@
-/// The rows that a record set holds.
+/// The rows that a record set holds: the first as values, which is all that most queries give, the
+/// others packed.
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <vector>
 
 #include "pelm/variant.h"
+#include "platform/ado/packed_rows.h"
 #include "platform/ado/provider.h"
 
 namespace pelm::ado {
@@ -29,19 +32,23 @@ class RowStore {
   /// The last live row at or before `row`, which may be below 0; -1 when there is none.
   std::ptrdiff_t previous_live(std::ptrdiff_t row) const noexcept;
 
-  const Variant& value(std::size_t row, std::size_t column) const {
-    return cells_[row * columns_ + column];
+  Variant value(std::size_t row, std::size_t column) const {
+    return row < kAsValues ? cells_[row * columns_ + column] : value_of_packed(row, column);
   }
-  void set(std::size_t row, std::size_t column, Variant&& value) {
-    cells_[row * columns_ + column] = std::move(value);
-  }
+  void set(std::size_t row, std::size_t column, Variant&& value);
   void erase(std::size_t row);
 
+  static constexpr std::size_t kAsValues = 64;  ///< so many rows are not packed
+
  private:
+  Variant value_of_packed(std::size_t row, std::size_t column) const;
+
   std::size_t columns_ = 0;
   std::size_t size_ = 0;
-  std::vector<Variant> cells_;  // row after row
-  std::vector<bool> erased_;    // empty until the first is erased
+  std::vector<Variant> cells_;                           // row after row
+  PackedRows packed_;                                    // the rows from kAsValues on
+  std::map<std::size_t, std::vector<Variant>> changed_;  // instead of what is packed
+  std::vector<bool> erased_;                             // empty until the first is erased
   std::size_t erased_count_ = 0;
 };
 
