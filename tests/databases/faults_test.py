@@ -206,7 +206,7 @@ class Faults(FaultTest):
         self.assert_no_oid_twice()
 
 
-class Refusals(FaultTest):
+class ServerRefusals(FaultTest):
     """The server is well and says no, or keeps the page waiting."""
 
     def serving(self, user="rede", threads=1):

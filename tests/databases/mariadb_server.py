@@ -23,15 +23,21 @@ class Server(TemporaryServer):
     def as_root(self):
         return ["--user=root"] if os.getuid() == 0 else []
 
+    @property
+    def places(self):
+        """A folder of its own for temporary tables too: a server that starts removes all it finds there."""
+        return [f"--datadir={self.folder}/data", f"--tmpdir={self.folder}/tmp"]
+
     def install(self):
+        os.mkdir(os.path.join(self.folder, "tmp"))
         self.checked(["mariadb-install-db", "--no-defaults", *self.as_root, "--skip-test-db", "--skip-name-resolve",
-                      f"--datadir={self.folder}/data", "--auth-root-authentication-method=normal", *self.settings])
+                      *self.places, "--auth-root-authentication-method=normal", *self.settings])
 
     def start(self, port=None):
         """Listens on the socket, and on a port of loopback where one is given."""
         network = ([f"--port={port}", "--bind-address=127.0.0.1", "--skip-name-resolve"] if port
                    else ["--skip-networking"])
-        self.launch(["mariadbd", "--no-defaults", *self.as_root, f"--datadir={self.folder}/data",
+        self.launch(["mariadbd", "--no-defaults", *self.as_root, *self.places,
                      f"--socket={self.socket}", f"--pid-file={self.folder}/pid", *network,
                      "--lower-case-table-names=1", "--character-set-server=utf8mb4",
                      "--collation-server=utf8mb4_uca1400_as_ci", "--skip-log-bin", "--innodb-flush-log-at-trx-commit=0",
