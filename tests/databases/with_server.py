@@ -5,6 +5,7 @@ import os
 import signal
 import subprocess
 import sys
+from pathlib import Path
 
 import h2_server
 import mariadb_server
@@ -14,8 +15,12 @@ SERVERS = {"mariadb": mariadb_server.Server, "h2": h2_server.Server,
            "postgresql": postgresql_server.Server}
 
 
+LEAKS = Path(__file__).with_name("leaks_of_drivers.txt")
+
+
 def environment(*servers):
-    return {**os.environ, **{server.variable: server.address for server in servers}}
+    leaks = {"LSAN_OPTIONS": f"suppressions={LEAKS}:print_suppressions=0"}
+    return {**os.environ, **leaks, **{server.variable: server.address for server in servers}}
 
 
 def main():
