@@ -23,25 +23,30 @@ std::size_t length_bytes(std::size_t length) {
   return bytes;
 }
 
-std::size_t packed_size(const Variant& value) {
-  switch (value.type()) {
+/// Of a value that is no text, without its type's byte.
+std::size_t fixed_bytes(Type type) {
+  switch (type) {
     case Type::Null:
-      return 1;
+      return 0;
     case Type::Boolean:
-      return 1 + sizeof(bool);
+      return sizeof(bool);
     case Type::Integer:
-      return 1 + sizeof(std::int16_t);
+      return sizeof(std::int16_t);
     case Type::Long:
-      return 1 + sizeof(std::int32_t);
+      return sizeof(std::int32_t);
     case Type::Double:
-      return 1 + sizeof(double);
+      return sizeof(double);
     case Type::Date:
-      return 1 + sizeof(Date);
-    case Type::Text:
-      return 1 + length_bytes(value.text().size()) + value.text().size();
+      return sizeof(Date);
     default:
       throw std::logic_error("a cursor gives no such value");
   }
+}
+
+std::size_t packed_size(const Variant& value) {
+  if (value.type() != Type::Text) return 1 + fixed_bytes(value.type());
+  const std::size_t length = value.text().size();
+  return 1 + length_bytes(length) + length;
 }
 
 class Writer {
@@ -92,27 +97,10 @@ class Reader {
   explicit Reader(const std::byte* at) : at_(at) {}
 
   void skip() {
-    switch (type()) {
-      case Type::Boolean:
-        at_ += sizeof(bool);
-        return;
-      case Type::Integer:
-        at_ += sizeof(std::int16_t);
-        return;
-      case Type::Long:
-        at_ += sizeof(std::int32_t);
-        return;
-      case Type::Double:
-        at_ += sizeof(double);
-        return;
-      case Type::Date:
-        at_ += sizeof(Date);
-        return;
-      case Type::Text:
-        text();
-        return;
-      default:
-        return;
+    if (const Type skipped = type(); skipped == Type::Text) {
+      text();
+    } else {
+      at_ += fixed_bytes(skipped);
     }
   }
 
