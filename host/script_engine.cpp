@@ -11,7 +11,6 @@
 #include <js/ContextOptions.h>
 #include <js/Exception.h>
 #include <js/GCAPI.h>
-#include <js/Initialization.h>
 #include <js/Interrupt.h>
 #include <js/PropertyAndElement.h>
 #include <js/PropertySpec.h>
@@ -29,6 +28,7 @@
 #include "host/script_errors.h"
 #include "host/script_jobs.h"
 #include "host/script_object.h"
+#include "host/script_process.h"
 #include "host/script_state.h"
 #include "host/script_values.h"
 #include "host/watchdog.h"
@@ -59,18 +59,6 @@ using script::Stop;
 constexpr std::uint32_t kNurseryBytes = 4U << 20U;
 constexpr std::uint32_t kCollectAtMegabytes = 16;
 constexpr std::size_t kStackBytes = std::size_t{1} << 20U;
-
-/// The engine starts once in a process and can never start again.
-class Process {
- public:
-  static void start() { static const Process process; }
-
- private:
-  Process() {
-    if (!JS_Init()) throw std::runtime_error("the script engine could not be started");
-  }
-  ~Process() { JS_ShutDown(); }
-};
 
 struct EndContext {
   void operator()(JSContext* cx) const { JS_DestroyContext(cx); }
@@ -252,13 +240,9 @@ std::optional<PageFailure> ScriptEngine::Part::outcome(bool completed) {
 
 ScriptEngine::ScriptEngine(const PageHooks& hooks, ScriptLimits limits, Watchdog& watchdog)
     : part_(std::make_unique<Part>(hooks, limits, watchdog)) {
-  Process::start();
   const auto heap = static_cast<std::uint32_t>(limits.heap_bytes);
-  part_->context.reset(JS_NewContext(heap));
+  part_->context.reset(script::new_context(heap));
   JSContext* cx = part_->cx();
-  if (!cx || !JS::InitSelfHostedCode(cx)) {
-    throw std::runtime_error("a context of the script engine could not be made");
-  }
   JS_SetContextPrivate(cx, static_cast<State*>(part_.get()));
   JS_SetGCParameter(cx, JSGC_MAX_BYTES, heap);
   JS_SetGCParameter(cx, JSGC_MAX_NURSERY_BYTES, kNurseryBytes);
