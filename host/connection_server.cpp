@@ -197,13 +197,14 @@ class ConnectionServer::Connection final : public httplib::Stream {
   /// False at the end, after an error, and when nothing comes in time.
   bool fill() {
     next_ = filled_ = 0;
-    while (ready(socket_, POLLIN, read_limit())) {
-      const ssize_t count = ::recv(socket_, buffer_.data(), buffer_.size(), 0);
-      if (count < 0 && errno == EINTR) continue;
+    for (;;) {
+      const ssize_t count = ::recv(socket_, buffer_.data(), buffer_.size(), MSG_DONTWAIT);
       if (count > 0) filled_ = static_cast<std::size_t>(count);
-      return count > 0;
+      if (count >= 0) return count > 0;
+      if (errno == EINTR) continue;
+      if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
+      if (!ready(socket_, POLLIN, read_limit())) return false;
     }
-    return false;
   }
 
   const socket_t socket_;

@@ -131,6 +131,7 @@ class HttpHost::Part {
   bool is_folder(const std::string& path) const;
 
   HostOptions options_;
+  page::SiteRoot root_;
   PageHooks hooks_;
   Log log_;
   std::shared_ptr<page::Application> application_ = std::make_shared<page::Application>();
@@ -144,10 +145,11 @@ class HttpHost::Part {
 
 HttpHost::Part::Part(HostOptions options, PageHooks hooks, Log log)
     : options_(std::move(options)),
+      root_(options_.root),
       hooks_(std::move(hooks)),
       log_(std::move(log)),
       sessions_(options_.sessions),
-      files_(options_.root, options_.media_types),
+      files_(root_, options_.media_types),
       server_(connection_limits(options_)) {
   set_routes();
 }
@@ -159,7 +161,7 @@ void HttpHost::Part::start() {
   }
   pages_ = std::make_unique<PagePool>(
       options_.page_threads, [this, watchdog = std::make_shared<Watchdog>()] {
-        return std::make_unique<PageRunner>(options_.root, hooks_, options_.script, watchdog);
+        return std::make_unique<PageRunner>(root_, hooks_, options_.script, watchdog);
       });
   port_ = server_.bind(options_.address, options_.port);
   listener_ = std::thread([this] { server_.listen_after_bind(); });
@@ -240,13 +242,13 @@ void HttpHost::Part::refuse(httplib::Response& response, int status, std::string
 
 bool HttpHost::Part::is_page(const std::string& path) const {
   if (!path.ends_with(options_.page_suffix)) return false;
-  const auto file = page::resolve_in_site(options_.root, "/", path);
+  const auto file = page::resolve_in_site(root_, "/", path);
   std::error_code ignored;
   return file && fs::is_regular_file(*file, ignored);
 }
 
 bool HttpHost::Part::is_folder(const std::string& path) const {
-  const auto folder = page::resolve_in_site(options_.root, "/", path);
+  const auto folder = page::resolve_in_site(root_, "/", path);
   std::error_code ignored;
   return folder && fs::is_directory(*folder, ignored);
 }

@@ -72,10 +72,12 @@ void PageAnswer::send(const page::Response& response, std::string_view piece) {
 }
 
 void PageAnswer::finish(ResponseHead head, std::string body) {
-  const std::lock_guard guard(mutex_);
-  if (!head_) head_ = std::move(head);
-  if (!body.empty() && !abandoned_) pieces_.push_back(std::move(body));
-  finished_ = true;
+  {
+    const std::lock_guard guard(mutex_);
+    if (!head_) head_ = std::move(head);
+    if (!body.empty() && !abandoned_) pieces_.push_back(std::move(body));
+    finished_ = true;
+  }
   changed_.notify_all();
 }
 

@@ -8,8 +8,8 @@
 
 namespace pelm::host {
 
-PageCache::PageCache(ScriptEngine& engine, const std::filesystem::path& root)
-    : engine_(engine), root_(root), files_(files_below(root.string())) {}
+PageCache::PageCache(ScriptEngine& engine, page::SiteRoot root)
+    : engine_(engine), root_(std::move(root)), files_(files_below(root_)) {}
 
 std::shared_ptr<const CompiledScript> PageCache::get(const std::string& page_path) {
   const auto known = entries_.find(page_path);
@@ -25,7 +25,7 @@ PageCache::Entry PageCache::compile(const std::string& page_path) {
   Entry entry;
   PageFiles stamping = files_;
   stamping.read = [&](const std::string& path) {
-    const std::string file = (root_ / path.substr(1)).string();
+    const std::string file = (root_.path() / path.substr(1)).string();
     const auto same = [&](const StampedFile& stamped) { return stamped.path == file; };
     if (std::none_of(entry.files.begin(), entry.files.end(), same)) {
       entry.files.push_back({file, stamp_of(file)});

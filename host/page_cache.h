@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -10,13 +9,14 @@
 
 #include "host/page_source.h"
 #include "host/script_engine.h"
+#include "platform/page/site_path.h"
 
 namespace pelm::host {
 
 class PageCache {
  public:
-  /// `engine` must outlive it. `root` is the folder of the site.
-  PageCache(ScriptEngine& engine, const std::filesystem::path& root);
+  /// `engine` must outlive it.
+  PageCache(ScriptEngine& engine, page::SiteRoot root);
 
   /// The page as its files stand now. Raises PageSyntaxError.
   std::shared_ptr<const CompiledScript> get(const std::string& page_path);
@@ -44,7 +44,7 @@ class PageCache {
   Entry compile(const std::string& page_path);
 
   ScriptEngine& engine_;
-  std::filesystem::path root_;
+  page::SiteRoot root_;
   PageFiles files_;
   std::unordered_map<std::string, Entry> entries_;
 };

@@ -11,7 +11,7 @@
 
 namespace pelm::host {
 
-PageRunner::PageRunner(std::filesystem::path root, PageHooks hooks, ScriptLimits limits,
+PageRunner::PageRunner(page::SiteRoot root, PageHooks hooks, ScriptLimits limits,
                        std::shared_ptr<Watchdog> watchdog)
     : root_(std::move(root)),
       hooks_(std::move(hooks)),

@@ -8,7 +8,6 @@
 /// Created, used and destroyed on one thread.
 #pragma once
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -20,12 +19,13 @@
 #include "host/script_engine.h"
 #include "host/watchdog.h"
 #include "platform/page/object_context.h"
+#include "platform/page/site_path.h"
 
 namespace pelm::host {
 
 class PageRunner {
  public:
-  PageRunner(std::filesystem::path root, PageHooks hooks, ScriptLimits limits,
+  PageRunner(page::SiteRoot root, PageHooks hooks, ScriptLimits limits,
              std::shared_ptr<Watchdog> watchdog);
   PageRunner(const PageRunner&) = delete;
   PageRunner& operator=(const PageRunner&) = delete;
@@ -43,7 +43,7 @@ class PageRunner {
                   std::vector<PageFailure>& failures);
   void end_objects(const std::string& page_path, std::vector<PageFailure>& failures) noexcept;
 
-  std::filesystem::path root_;
+  page::SiteRoot root_;
   PageHooks hooks_;
   std::shared_ptr<Watchdog> watchdog_;
   ScriptEngine engine_;

@@ -7,8 +7,6 @@
 #include <sstream>
 #include <utility>
 
-#include "platform/page/site_path.h"
-
 namespace pelm::host {
 namespace {
 
@@ -254,7 +252,7 @@ PageSource read_page(const PageFiles& files, const std::string& page_path) {
   return Reader(files).read(page_path);
 }
 
-PageFiles files_below(const std::string& root) {
+PageFiles files_below(const page::SiteRoot& root) {
   const auto refuse = [](std::string_view path, std::string_view why) {
     throw PageSyntaxError({}, "O arquivo \"" + std::string(path) + "\" " + std::string(why));
   };
@@ -276,9 +274,8 @@ PageFiles files_below(const std::string& root) {
     if (!file) refuse(name.substr(0, name.find('\0')), "fica fora da raiz do site.");
     // As the file system has it, so that one file has one name however it is reached.
     std::error_code ignored;
-    const auto real_root = std::filesystem::weakly_canonical(root, ignored);
     return "/" + std::filesystem::weakly_canonical(*file, ignored)
-                     .lexically_relative(real_root)
+                     .lexically_relative(root.path())
                      .generic_string();
   };
   return files;

@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/page/site_path.h"
+
 namespace pelm::host {
 
 /// A line of a file of the site.
@@ -73,6 +75,6 @@ struct PageFiles {
 PageSource read_page(const PageFiles& files, const std::string& page_path);
 
 /// The files of a folder, never outside it.
-PageFiles files_below(const std::string& root);
+PageFiles files_below(const page::SiteRoot& root);
 
 }  // namespace pelm::host

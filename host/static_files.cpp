@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/page/site_path.h"
 #include "platform/value/text.h"
 
 namespace pelm::host {
@@ -114,7 +113,7 @@ bool StaticFile::is_known_to(std::string_view if_none_match,
   return since && *parse_http_date(last_modified) <= *since;
 }
 
-StaticFiles::StaticFiles(std::filesystem::path root,
+StaticFiles::StaticFiles(page::SiteRoot root,
                          const std::vector<std::pair<std::string, std::string>>& more_types)
     : root_(std::move(root)) {
   for (const auto& [suffix, type] : more_types) {

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/page/site_path.h"
+
 namespace pelm::host {
 
 /// "Sun, 06 Nov 1994 08:49:37 GMT".
@@ -31,7 +33,7 @@ struct StaticFile {
 class StaticFiles {
  public:
   /// `more_types`: suffixes with or without "." and their media types.
-  StaticFiles(std::filesystem::path root,
+  StaticFiles(page::SiteRoot root,
               const std::vector<std::pair<std::string, std::string>>& more_types);
 
   /// The file at a site path; nothing when there is none, when it lies outside the root, or when
@@ -39,7 +41,7 @@ class StaticFiles {
   std::optional<StaticFile> find(const std::string& site_path) const;
 
  private:
-  std::filesystem::path root_;
+  page::SiteRoot root_;
   std::vector<std::pair<std::string, std::string>> types_;
 };
 

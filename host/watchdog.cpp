@@ -3,7 +3,7 @@
 
 #include <js/Interrupt.h>
 
-#include <algorithm>
+#include <utility>
 
 namespace pelm::host {
 
@@ -23,7 +23,8 @@ void Watchdog::run() {
   std::unique_lock lock(mutex_);
   while (!ends_) {
     if (running_.empty()) {
-      changed_.wait(lock, [this] { return ends_ || !running_.empty(); });
+      sleeps_ = true;
+      changed_.wait(lock, [this] { return ends_ || !sleeps_; });
     } else if (!changed_.wait_for(lock, period_, [this] { return ends_; })) {
       for (JSContext* cx : running_) JS_RequestInterruptCallback(cx);
     }
@@ -31,13 +32,14 @@ void Watchdog::run() {
 }
 
 Watchdog::Watching::Watching(Watchdog& watchdog, JSContext* cx) : watchdog_(watchdog), cx_(cx) {
-  bool was_idle = false;
+  bool slept = false;
   {
     const std::lock_guard guard(watchdog_.mutex_);
-    was_idle = watchdog_.running_.empty();
     watchdog_.running_.push_back(cx_);
+    slept = std::exchange(watchdog_.sleeps_, false);
   }
-  if (was_idle) watchdog_.changed_.notify_one();
+  // Pages that follow one another within a period find it awake: it is woken once for them all.
+  if (slept) watchdog_.changed_.notify_one();
 }
 
 Watchdog::Watching::~Watching() {

@@ -39,6 +39,7 @@ class Watchdog {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<JSContext*> running_;
+  bool sleeps_ = false;  // until something runs; the thread that makes it run wakes this one
   bool ends_ = false;
   std::thread thread_;
 };

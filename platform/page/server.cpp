@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "pelm/error.h"
-#include "platform/page/site_path.h"
 
 namespace pelm::page {
 namespace {
@@ -35,7 +34,7 @@ bool stays_in_url(char c) noexcept {
 
 }  // namespace
 
-Server::Server(std::filesystem::path root, std::string page_path, Creator creator)
+Server::Server(SiteRoot root, std::string page_path, Creator creator)
     : root_(std::move(root)), page_path_(std::move(page_path)), creator_(std::move(creator)) {}
 
 ObjectRef Server::CreateObject(std::string_view programmatic_identifier) const {

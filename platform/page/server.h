@@ -2,12 +2,12 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
 
 #include "pelm/object.h"
+#include "platform/page/site_path.h"
 
 namespace pelm::page {
 
@@ -15,7 +15,7 @@ class Server : public Object {
  public:
   /// Creates an object by its programmatic identifier. Given by whoever knows the classes.
   using Creator = std::function<ObjectRef(std::string_view programmatic_identifier)>;
-  Server(std::filesystem::path root, std::string page_path, Creator creator);
+  Server(SiteRoot root, std::string page_path, Creator creator);
 
   /// Raises 429 when nobody creates such an object.
   ObjectRef CreateObject(std::string_view programmatic_identifier) const;
@@ -33,7 +33,7 @@ class Server : public Object {
   void ScriptTimeout(std::int32_t seconds);
 
  private:
-  std::filesystem::path root_;
+  SiteRoot root_;
   std::string page_path_;  ///< from the root, begins with "/"
   Creator creator_;
   std::int32_t script_timeout_ = 0;

@@ -14,15 +14,30 @@ bool lies_within(const fs::path& root, const fs::path& file) {
   return root_end == root.end();
 }
 
-/// Without a "/" at the end, which would count as one more, empty, component.
-fs::path canonical_root(const fs::path& root, std::error_code& error) {
-  fs::path canonical = fs::weakly_canonical(root, error);
-  return canonical.has_filename() ? canonical : canonical.parent_path();
+/// Without links on the way, a path below a real root is the file's real path.
+bool may_have_links(const fs::path& root, const fs::path& relative) {
+  fs::path file = root;
+  for (const fs::path& component : relative) {
+    file /= component;
+    std::error_code ignored;
+    const fs::file_type type = fs::symlink_status(file, ignored).type();
+    if (type == fs::file_type::not_found) return false;
+    if (type == fs::file_type::symlink || type == fs::file_type::none) return true;
+  }
+  return false;
 }
 
 }  // namespace
 
-std::optional<fs::path> resolve_in_site(const fs::path& root, std::string_view from,
+SiteRoot::SiteRoot(const fs::path& folder) {
+  std::error_code error;
+  path_ = fs::weakly_canonical(folder, error);
+  if (error) path_ = folder;
+  // A "/" at the end would count as one more, empty, component.
+  if (!path_.has_filename()) path_ = path_.parent_path();
+}
+
+std::optional<fs::path> resolve_in_site(const SiteRoot& site, std::string_view from,
                                         std::string_view path) {
   if (path.find('\0') != std::string_view::npos) return std::nullopt;
   std::string site_path(path);
@@ -36,12 +51,12 @@ std::optional<fs::path> resolve_in_site(const fs::path& root, std::string_view f
           .lexically_normal();
   if (!relative.empty() && *relative.begin() == "..") return std::nullopt;
 
+  const fs::path& root = site.path();
+  fs::path file = relative == "." ? root : root / relative;
+  if (!may_have_links(root, relative)) return file;
   std::error_code error;
-  const fs::path real_root = canonical_root(root, error);
-  if (error) return std::nullopt;
-  const fs::path file = relative == "." ? real_root : real_root / relative;
   const fs::path real_file = fs::weakly_canonical(file, error);
-  if (error || !lies_within(real_root, real_file)) return std::nullopt;
+  if (error || !lies_within(root, real_file)) return std::nullopt;
   return file;
 }
 

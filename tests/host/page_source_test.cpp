@@ -200,7 +200,7 @@ TEST(FilesBelow, NeverLeavesTheRoot) {
   std::ofstream(site.outside() / "segredo.inc") << "segredo";
   std::filesystem::create_symlink(site.outside() / "segredo.inc", site.root() / "atalho.inc");
   std::filesystem::create_directory_symlink(site.outside(), site.root() / "fora");
-  const PageFiles files = files_below(site.root().string());
+  const PageFiles files = files_below(site.root());
   EXPECT_EQ(files.read("/p.page"), "x");
   for (const auto* name : {"../segredo.inc", "a/../../segredo.inc", "atalho.inc",
                            "fora/segredo.inc", "..\\segredo.inc"}) {
@@ -215,7 +215,7 @@ TEST(FilesBelow, NeverLeavesTheRoot) {
 TEST(FilesBelow, AnIncludeHasOneNameHoweverItIsReached) {
   const testing::TemporarySite site;
   site.write("a/i.inc", "i");
-  const PageFiles files = files_below(site.root().string());
+  const PageFiles files = files_below(site.root());
   EXPECT_EQ(files.resolve("/a/", "i.inc", false), "/a/i.inc");
   EXPECT_EQ(files.resolve("/a/", "../a/./i.inc", false), "/a/i.inc");
   EXPECT_EQ(files.resolve("/a/", "/a/i.inc", false), "/a/i.inc");

@@ -99,19 +99,19 @@ TEST_F(MapPath, RefusesWhatLeavesTheRoot) {
 
 TEST(CreateObject, AsksWhoeverKnowsTheClasses) {
   std::string asked;
-  const Server server("/", "/x.page", [&](std::string_view identifier) -> ObjectRef {
+  const Server server(SiteRoot("/"), "/x.page", [&](std::string_view identifier) -> ObjectRef {
     asked = identifier;
     return asked == "A.B" ? std::make_shared<Application>() : nullptr;
   });
   EXPECT_NE(server.CreateObject("A.B"), nullptr);
   EXPECT_EQ(error_of([&] { (void)server.CreateObject("A.C"); }), error_number::kCannotCreateObject);
   EXPECT_EQ(asked, "A.C");
-  const Server lonely("/", "/x.page", nullptr);
+  const Server lonely(SiteRoot("/"), "/x.page", nullptr);
   EXPECT_EQ(error_of([&] { (void)lonely.CreateObject("A.B"); }), error_number::kCannotCreateObject);
 }
 
 TEST(ScriptTimeout, IsNoNegativeNumber) {
-  Server server("/", "/x.page", nullptr);
+  Server server(SiteRoot("/"), "/x.page", nullptr);
   EXPECT_EQ(server.ScriptTimeout(), 0);
   server.ScriptTimeout(5);
   EXPECT_EQ(error_of([&] { server.ScriptTimeout(-1); }), error_number::kInvalidCall);
