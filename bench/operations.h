@@ -25,6 +25,9 @@ struct Operations {
   std::function<std::string(int)> item_name;
   std::function<void(int)> insert_contact;
   std::function<int(int)> next_oid;
+  /// For whoever does not work call by call: an operation by its name, for so many numbers from the
+  /// first on.
+  std::function<void(std::string_view, int, int)> many = {};
 };
 
 struct Operation {
@@ -32,6 +35,9 @@ struct Operation {
   void (*run)(const Operations&, int);
 };
 std::span<const Operation> operations();
+
+/// For `count` numbers from `first` on.
+void perform(const Operation& operation, const Operations& work, int first, int count);
 
 struct Participant {
   std::string_view name;

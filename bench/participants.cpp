@@ -7,6 +7,7 @@
 #include "bench/c_floor.h"
 #include "bench/open_component.h"
 #include "bench/operations.h"
+#include "bench/page_participant.h"
 #include "bench/peers.h"
 #include "pelm/base.h"
 #include "pelm/conversions.h"
@@ -51,6 +52,7 @@ constexpr Participant kParticipants[] = {
     {"c", floor_operations},
     {"component", direct_operations},
     {"by_name", named_operations},
+    {"page", page_operations},
 #ifdef PELM_BENCH_SQLITECPP
     {"sqlitecpp", sqlitecpp_per_call},
     {"sqlitecpp_reused", sqlitecpp_reused},
@@ -78,6 +80,11 @@ constexpr Operation kOperations[] = {
 };
 
 }  // namespace
+
+void perform(const Operation& operation, const Operations& work, int first, int count) {
+  if (work.many) return work.many(operation.name, first, count);
+  for (int n = first; n < first + count; ++n) operation.run(work, n);
+}
 
 std::span<const Operation> operations() { return kOperations; }
 std::span<const Participant> participants() { return kParticipants; }

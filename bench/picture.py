@@ -8,10 +8,11 @@ GAP = 5
 GROUP = 34  # above the bars of an operation
 MOST = 8.0  # a longer bar is cut, its number is not
 
-COLOURS = {"component": "#1f6f8b", "by_name": "#6aa5ba"}
+COLOURS = {"component": "#1f6f8b", "by_name": "#6aa5ba", "page": "#9cc4d2"}
 OTHERS = "#c9b79c"
 NAMES = {
-    "component": "pelm, from C++", "by_name": "pelm, by name", "poco": "POCO Data", "poco_reused": "POCO Data, reused",
+    "component": "pelm, from C++", "by_name": "pelm, by name", "page": "pelm, from a page",
+    "poco": "POCO Data", "poco_reused": "POCO Data, reused",
     "qt": "Qt SQL", "qt_reused": "Qt SQL, reused", "soci": "SOCI", "soci_reused": "SOCI, reused",
     "sqlitecpp": "SQLiteCpp", "sqlitecpp_reused": "SQLiteCpp, reused",
 }

@@ -49,7 +49,7 @@ def by_operation(times):
 
 def order(participant):
     """The component first, then its peers by name."""
-    return ({"component": 0, "by_name": 1}.get(participant, 2), participant)
+    return ({"component": 0, "by_name": 1, "page": 2}.get(participant, 3), participant)
 
 
 def print_operations(table):
