@@ -118,6 +118,10 @@ void ComponentFixture::TearDown() {
   }
 }
 
+void ComponentFixture::inspect(const std::string& connection_string) {
+  inspector_ = opened(connection_string);
+}
+
 std::vector<std::string> ComponentFixture::rows(std::string_view sql) const {
   std::vector<std::string> result;
   const auto records = inspector_->Execute(sql);

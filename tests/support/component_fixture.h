@@ -64,6 +64,8 @@ class ComponentFixture : public testing::TestWithParam<Engine> {
   ComponentThread& thread() { return *thread_; }
   std::string connection_string() const { return database_->connection_string(); }
 
+  /// Asks another database from now on, on the test's own connection.
+  void inspect(const std::string& connection_string);
   /// The rows of a query, each as its values' texts with "|" between; null reads "null". Asked on
   /// a connection of the test's own.
   std::vector<std::string> rows(std::string_view sql) const;

@@ -10,11 +10,12 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "support/file_layer.h"
+
 namespace pelm::test {
 
-/// Stands between the engine and the system's files, for every file opened after it was installed.
 /// Any thread may use it; there is one in a process.
-class FaultyDisk {
+class FaultyDisk : public FileWatcher {
  public:
   enum class Fault : std::uint8_t {
     IoError,      ///< one call of any kind fails
@@ -33,14 +34,13 @@ class FaultyDisk {
   /// True when a call has failed since counting began.
   bool failed() const { return failed_; }
 
-  /// What a call of the file layer does; the layer itself asks.
-  enum class Call : std::uint8_t { Read, ReadDatabase, Write, Other };
-  /// True when this call is to fail.
-  bool fails(Call call);
-  Fault fault() const { return fault_; }
+  int before(const FileCall& call) override;
+  void after_read(const FileCall& call, std::span<char> data) override;
 
  private:
-  FaultyDisk();
+  FaultyDisk() = default;
+
+  bool fails();
 
   std::atomic<std::size_t> left_ = 0;  ///< calls until the one that fails; 0: none does
   std::atomic<Fault> fault_ = Fault::IoError;
