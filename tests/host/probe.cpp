@@ -2,6 +2,8 @@
 #include "tests/host/probe.h"
 
 #include <atomic>
+#include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -190,9 +192,11 @@ PageHooks probe_hooks(std::string& ended) {
     if (identifier == "Teste.Colecao") return std::make_shared<Collection>();
     return automation::CreateObject(identifier);
   };
-  hooks.end_object = [&ended](Object& object) {
+  const auto mutex = std::make_shared<std::mutex>();  // pages end on several threads
+  hooks.end_object = [&ended, mutex](Object& object) {
     const auto* probe = dynamic_cast<Probe*>(&object);
     if (!probe) return automation::end_page_object(object);
+    const std::lock_guard guard(*mutex);
     ended += probe->name + ";";
     if (probe->name == "falha") throw Error(321, "Probe.Fim", "o fim falhou");
   };
