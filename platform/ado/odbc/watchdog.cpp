@@ -19,6 +19,9 @@ constexpr Ticks kIdle = 0;
 constexpr Ticks kCancelling = -1;
 constexpr Ticks kNever = std::numeric_limits<Ticks>::max();
 
+/// Between two attempts to cancel.
+constexpr std::chrono::milliseconds kAgain{500};
+
 Ticks now() { return Clock::now().time_since_epoch().count(); }
 Ticks after(std::int32_t seconds) {
   return (Clock::now() + std::chrono::seconds(seconds)).time_since_epoch().count();
@@ -30,17 +33,24 @@ struct Watch::Slot {
   std::atomic<Ticks> deadline{kIdle};
   SQLHSTMT statement = nullptr;  // written before the deadline is
   std::mutex mutex;
-  std::condition_variable done;
-  bool cancelled = false;
+  std::condition_variable changed;
+  bool returned = false;   // the call that was watched, for whoever cancels it
+  bool cancelled = false;  // nobody cancels any more, for whoever made the call
 };
 
 namespace {
 
+/// Until the call has returned: a statement takes several steps, and a cancellation that comes
+/// between two of them meets nothing.
 void cancel(const std::shared_ptr<Watch::Slot>& slot) {
-  SQLCancel(slot->statement);
-  const std::lock_guard lock(slot->mutex);
+  std::unique_lock lock(slot->mutex);
+  do {
+    lock.unlock();
+    SQLCancel(slot->statement);
+    lock.lock();
+  } while (!slot->changed.wait_for(lock, kAgain, [&] { return slot->returned; }));
   slot->cancelled = true;
-  slot->done.notify_all();
+  slot->changed.notify_all();
 }
 
 void start_cancelling(const std::shared_ptr<Watch::Slot>& slot) {
@@ -135,8 +145,10 @@ void Watch::arm(SQLHSTMT statement, std::int32_t seconds) {
 bool Watch::disarm() {
   if (slot_->deadline.exchange(kIdle) != kCancelling) return false;
   std::unique_lock lock(slot_->mutex);
-  slot_->done.wait(lock, [&] { return slot_->cancelled; });
-  slot_->cancelled = false;
+  slot_->returned = true;
+  slot_->changed.notify_all();
+  slot_->changed.wait(lock, [&] { return slot_->cancelled; });
+  slot_->returned = slot_->cancelled = false;
   return true;
 }
 

@@ -23,7 +23,8 @@ class Watch {
   Watch& operator=(const Watch&) = delete;
   ~Watch();
 
-  /// Cancels `statement` unless `disarm` comes within `seconds`; 0 never cancels.
+  /// Cancels `statement` unless `disarm` comes within `seconds`, and again until it comes; 0 never
+  /// cancels.
   void arm(SQLHSTMT statement, std::int32_t seconds);
   /// True when the limit had passed: the statement was cancelled, or was about to end when it was.
   /// Waits for the cancelling, so that the statement may go afterwards.

@@ -15,12 +15,16 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <sqlext.h>
+
 #include "pelm/ado/connection.h"
 #include "pelm/error.h"
+#include "platform/ado/odbc/attribute.h"
 #include "platform/ado/odbc/driver_string.h"
 #include "platform/ado/odbc/errors.h"
 #include "platform/ado/odbc/identity.h"
 #include "platform/ado/odbc/odbc_provider.h"
+#include "platform/ado/odbc/watchdog.h"
 #include "platform/ado/odbc/wide_text.h"
 #include "support/raised.h"
 
@@ -198,6 +202,60 @@ class SilentServer {
 std::ptrdiff_t threads() {
   return std::distance(std::filesystem::directory_iterator("/proc/self/task"),
                        std::filesystem::directory_iterator());
+}
+
+/// A statement of the manager's own, on a database in memory.
+class BareStatement {
+ public:
+  BareStatement() {
+    SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment_);
+    SQLSetEnvAttr(environment_, SQL_ATTR_ODBC_VERSION, attribute_value(SQL_OV_ODBC3), 0);
+    SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection_);
+    WideText place("Driver={SQLite3};Database=:memory:");
+    opened_ = SQL_SUCCEEDED(SQLDriverConnectW(connection_, nullptr, place.data(), SQL_NTS, nullptr,
+                                              0, nullptr, SQL_DRIVER_NOPROMPT));
+    if (opened_) SQLAllocHandle(SQL_HANDLE_STMT, connection_, &statement_);
+  }
+  BareStatement(const BareStatement&) = delete;
+  BareStatement& operator=(const BareStatement&) = delete;
+  ~BareStatement() {
+    if (statement_ != nullptr) SQLFreeHandle(SQL_HANDLE_STMT, statement_);
+    if (opened_) SQLDisconnect(connection_);
+    SQLFreeHandle(SQL_HANDLE_DBC, connection_);
+    SQLFreeHandle(SQL_HANDLE_ENV, environment_);
+  }
+
+  bool is_open() const { return opened_; }
+  SQLHSTMT handle() const { return statement_; }
+
+ private:
+  SQLHENV environment_ = nullptr;
+  SQLHDBC connection_ = nullptr;
+  SQLHSTMT statement_ = nullptr;
+  bool opened_ = false;
+};
+
+TEST(Watch, CancelsAgainWhatHadNotBegunWhenTheLimitPassed) {
+  const BareStatement statement;
+  if (!statement.is_open()) GTEST_SKIP() << "SQLite's driver is not here";
+  Watch watch;
+  watch.arm(statement.handle(), 1);
+  std::this_thread::sleep_for(std::chrono::milliseconds(1200));  // the first attempt meets nothing
+  WideText endless(
+      "with recursive n (i) as (select 1 union all select i + 1 from n where i < 1000000000) "
+      "select count(*) from n");
+  EXPECT_EQ(SQLExecDirectW(statement.handle(), endless.data(), SQL_NTS), SQL_ERROR);
+  EXPECT_TRUE(watch.disarm());
+}
+
+TEST(Watch, LeavesAloneWhatEndsInTime) {
+  const BareStatement statement;
+  if (!statement.is_open()) GTEST_SKIP() << "SQLite's driver is not here";
+  Watch watch;
+  watch.arm(statement.handle(), 60);
+  WideText quick("select 1");
+  EXPECT_TRUE(SQL_SUCCEEDED(SQLExecDirectW(statement.handle(), quick.data(), SQL_NTS)));
+  EXPECT_FALSE(watch.disarm());
 }
 
 TEST(OdbcProvider, ASilentServerEndsWithTheConnectionTimeout) {
