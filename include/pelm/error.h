@@ -96,7 +96,7 @@ class Error : public std::exception {
   // Copies share the state and never throw; there is no move, so no Error is ever hollow.
   Error(const Error&) noexcept = default;
   Error& operator=(const Error&) noexcept = default;
-  ~Error() override = default;
+  ~Error() override;
 
   std::int32_t number() const noexcept { return state_->number; }
   const std::string& source() const noexcept { return state_->source; }

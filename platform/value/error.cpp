@@ -30,6 +30,8 @@ Error::Error(std::int32_t number, std::string source, std::string description,
                                                std::move(diagnostics), std::move(what)});
 }
 
+Error::~Error() = default;
+
 Error Error::with_source(std::string source) const {
   return {state_->number, std::move(source), state_->description, state_->diagnostics};
 }
