@@ -348,9 +348,8 @@ void RecordsetImpl::keep_added_row() {
   const std::size_t row = rows_.append();
   keep_values(row);
   row_ = static_cast<std::ptrdiff_t>(row);
-  const std::span<const ColumnIndex> assigned = edit_.columns();
-  if (assigned.size() < column_count()) {
-    added_.push_back({row, link_->changes(), {assigned.begin(), assigned.end()}});
+  if (edit_.columns().size() < column_count()) {
+    added_.push_back({row, link_->changes(), edit_.take_columns()});
   }
 }
 

@@ -9,10 +9,12 @@ void RowStore::reset(std::size_t columns) {
   columns_ = columns;
   size_ = 0;
   cells_.clear();
-  packed_ = PackedRows();
-  changed_.clear();
-  erased_.clear();
-  erased_count_ = 0;
+  more_.reset();
+}
+
+RowStore::More& RowStore::more() {
+  if (more_ == nullptr) more_ = std::make_unique<More>();
+  return *more_;
 }
 
 void RowStore::read(Cursor& cursor, std::size_t limit) {
@@ -24,9 +26,10 @@ void RowStore::read(Cursor& cursor, std::size_t limit) {
   }
   if (size_ < kAsValues) return;
   std::vector<Variant> row(columns_);
+  PackedRows& packed = more().packed;
   while (!is_full() && cursor.next()) {
     for (std::size_t c = 0; c < columns_; ++c) row[c] = cursor.value(c);
-    packed_.append(row);
+    packed.append(row);
     ++size_;
   }
 }
@@ -35,33 +38,28 @@ std::size_t RowStore::append() {
   if (size_ < kAsValues) {
     cells_.resize(cells_.size() + columns_, Null{});
   } else {
-    packed_.append(std::vector<Variant>(columns_, Null{}));
+    more().packed.append(std::vector<Variant>(columns_, Null{}));
   }
-  if (!erased_.empty()) erased_.push_back(false);
   return size_++;
 }
 
 Variant RowStore::value_of_packed(std::size_t row, std::size_t column) const {
-  if (!changed_.empty()) {
-    const auto changed = changed_.find(row);
-    if (changed != changed_.end()) return changed->second[column];
+  if (!more_->changed.empty()) {
+    const auto changed = more_->changed.find(row);
+    if (changed != more_->changed.end()) return changed->second[column];
   }
-  return packed_.value(row - kAsValues, column);
+  return more_->packed.value(row - kAsValues, column);
 }
 
-void RowStore::set(std::size_t row, std::size_t column, Variant&& value) {
-  if (row < kAsValues) {
-    cells_[row * columns_ + column] = std::move(value);
-    return;
-  }
-  auto changed = changed_.find(row);
-  if (changed == changed_.end()) {
+void RowStore::set_in_packed(std::size_t row, std::size_t column, Variant&& value) {
+  auto changed = more_->changed.find(row);
+  if (changed == more_->changed.end()) {
     std::vector<Variant> values;
     values.reserve(columns_);
     for (std::size_t c = 0; c < columns_; ++c) {
-      values.push_back(packed_.value(row - kAsValues, c));
+      values.push_back(more_->packed.value(row - kAsValues, c));
     }
-    changed = changed_.emplace(row, std::move(values)).first;
+    changed = more_->changed.emplace(row, std::move(values)).first;
   }
   changed->second[column] = std::move(value);
 }
@@ -77,10 +75,11 @@ std::ptrdiff_t RowStore::previous_live(std::ptrdiff_t row) const noexcept {
 }
 
 void RowStore::erase(std::size_t row) {
-  erased_.resize(size_, false);
-  if (erased_[row]) return;
-  erased_[row] = true;
-  ++erased_count_;
+  std::vector<bool>& erased = more().erased;
+  if (row >= erased.size()) erased.resize(row + 1, false);
+  if (erased[row]) return;
+  erased[row] = true;
+  ++more_->erased_count;
 }
 
 }  // namespace pelm::ado

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "pelm/variant.h"
@@ -23,9 +25,11 @@ class RowStore {
   std::size_t append();
 
   std::size_t size() const noexcept { return size_; }
-  std::size_t live() const noexcept { return size_ - erased_count_; }
+  std::size_t live() const noexcept {
+    return more_ == nullptr ? size_ : size_ - more_->erased_count;
+  }
   bool is_live(std::size_t row) const noexcept {
-    return row < size_ && (erased_.empty() || !erased_[row]);
+    return row < size_ && (more_ == nullptr || !more_->is_erased(row));
   }
   /// The first live row at or after `row`; `size()` when there is none.
   std::size_t next_live(std::size_t row) const noexcept;
@@ -35,21 +39,35 @@ class RowStore {
   Variant value(std::size_t row, std::size_t column) const {
     return row < kAsValues ? cells_[row * columns_ + column] : value_of_packed(row, column);
   }
-  void set(std::size_t row, std::size_t column, Variant&& value);
+  void set(std::size_t row, std::size_t column, Variant&& value) {
+    if (row < kAsValues) {
+      cells_[row * columns_ + column] = std::move(value);
+    } else {
+      set_in_packed(row, column, std::move(value));
+    }
+  }
   void erase(std::size_t row);
 
   static constexpr std::size_t kAsValues = 64;  ///< so many rows are not packed
 
  private:
+  /// What few record sets need.
+  struct More {
+    PackedRows packed;                                    // the rows from kAsValues on
+    std::map<std::size_t, std::vector<Variant>> changed;  // instead of what is packed
+    std::vector<bool> erased;                             // as far as the last that is
+    std::size_t erased_count = 0;
+
+    bool is_erased(std::size_t row) const noexcept { return row < erased.size() && erased[row]; }
+  };
+  More& more();
   Variant value_of_packed(std::size_t row, std::size_t column) const;
+  void set_in_packed(std::size_t row, std::size_t column, Variant&& value);
 
   std::size_t columns_ = 0;
   std::size_t size_ = 0;
-  std::vector<Variant> cells_;                           // row after row
-  PackedRows packed_;                                    // the rows from kAsValues on
-  std::map<std::size_t, std::vector<Variant>> changed_;  // instead of what is packed
-  std::vector<bool> erased_;                             // empty until the first is erased
-  std::size_t erased_count_ = 0;
+  std::vector<Variant> cells_;  // row after row
+  std::unique_ptr<More> more_;
 };
 
 }  // namespace pelm::ado

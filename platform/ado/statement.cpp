@@ -17,7 +17,12 @@ bool has_option(std::int32_t options, std::int32_t option) noexcept {
 
 std::string shown_text(std::string_view text, CommandTypeEnum kind,
                        std::span<const ProcedureArgument> called_with, bool called) {
-  if (kind == adCmdTable) return "select * from " + std::string(text);
+  if (kind == adCmdTable) {
+    constexpr std::string_view kAll = "select * from ";
+    std::string shown;
+    shown.reserve(kAll.size() + text.size());
+    return shown.append(kAll).append(text);
+  }
   if (kind != adCmdStoredProc || !called) return std::string(text);
   const bool returns = !called_with.empty() && called_with[0].direction == adParamReturnValue;
   std::string shown = returns ? "{ ? = call " : "{ call ";

@@ -1,15 +1,18 @@
 // Composing the statements that store a row.
 #include "platform/ado/statement_texts.h"
 
+#include <array>
+
 namespace pelm::ado {
 namespace {
 
 /// Pages write a few dozen shapes; a program that writes more starts over now and then.
 constexpr std::size_t kMaxTexts = 256;
 
-void append_index(std::string& key, unsigned value) {
-  key += static_cast<char>(value & 0xffU);
-  key += static_cast<char>(value >> 8U);
+template <class... Values>
+void append_bytes(std::string& key, Values... values) {
+  const std::array bytes = {static_cast<char>(values)...};
+  key.append(bytes.data(), bytes.size());
 }
 
 std::string conditions_text(const Session& session, const std::vector<Column>& columns,
@@ -71,16 +74,12 @@ std::string set_text(const Session& session, std::string_view table,
 StatementTexts::Text& StatementTexts::find(char kind, std::string_view table,
                                            std::span<const ColumnIndex> assigned,
                                            const RowSearch& search) {
-  key_.clear();
-  key_ += kind;
-  key_ += search.only_if_single ? '1' : '*';
-  key_ += table;
-  key_ += '\0';
-  append_index(key_, static_cast<unsigned>(assigned.size()));
+  key_.assign(table);
+  append_bytes(key_, '\0', kind, search.only_if_single ? '1' : '*', assigned.size() & 0xffU,
+               assigned.size() >> 8U);
   key_.append(reinterpret_cast<const char*>(assigned.data()), assigned.size_bytes());
   for (const RowCondition& c : search.conditions) {
-    append_index(key_, c.column);
-    key_ += c.is_null ? 'n' : 'v';
+    append_bytes(key_, c.column & 0xffU, c.column >> 8U, c.is_null ? 'n' : 'v');
   }
   const auto known = texts_.find(key_);
   if (known != texts_.end()) return known->second;
