@@ -36,7 +36,9 @@ class Cursor {
   virtual ~Cursor() = default;
   /// Empty for a statement that returns no rows.
   virtual std::span<const Column> columns() const = 0;
-  /// The same for keeping; a provider that remembers its statements shares them uncopied.
+  /// The same for keeping. The very same list again stands for the same statement, the values of
+  /// its literals apart, on tables that have not changed in between: a provider that cannot vouch
+  /// for that hands out a list of its own each time, as here.
   virtual std::shared_ptr<const std::vector<Column>> shared_columns() const {
     const std::span<const Column> all = columns();
     return std::make_shared<const std::vector<Column>>(all.begin(), all.end());
@@ -74,7 +76,8 @@ class Session {
 
   /// The columns of a table or view, without reading a row of it; one call of the database at
   /// most. `table` as a statement may name it: qualified, between brackets or quotes. Raises
-  /// kNoTable. Shared, so that record sets may keep it.
+  /// kNoTable. Shared, so that record sets may keep it; the very same list again stands for the
+  /// same table, unchanged.
   virtual std::shared_ptr<const std::vector<Column>> describe(std::string_view table) = 0;
 
   /// An identifier as it must stand in a statement of ours.
