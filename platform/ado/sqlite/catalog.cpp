@@ -4,6 +4,8 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <atomic>
+#include <ctime>
 #include <utility>
 
 #include "platform/ado/sqlite/collation.h"
@@ -49,8 +51,14 @@ bool is_case_blind(sqlite3* db, const std::string& table, const std::string& col
   return code == SQLITE_OK && collation != nullptr && equal_names(collation, kCollation);
 }
 
-int preparations_of(sqlite3_stmt* s) {
-  return sqlite3_stmt_status(s, SQLITE_STMTSTATUS_REPREPARE, 0);
+// Changes of definitions by any session of the program.
+std::atomic<std::uint64_t> g_changes = 0;
+
+// Cheaper than std::chrono::steady_clock, and some milliseconds coarse.
+std::chrono::nanoseconds coarse_now() noexcept {
+  std::timespec now{};
+  clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+  return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
 }
 
 }  // namespace
@@ -74,35 +82,43 @@ bool Catalog::step(const Prepared& prepared, const std::string& sql) const {
   return false;
 }
 
-Catalog::Table Catalog::new_table(std::string_view written) const {
-  Table table;
-  table.name = bare_name(written);
-  table.sql = "SELECT * FROM " + quoted_name(table.name) + " LIMIT 0";
-  table.probe = prepare(table.sql);
-  return table;
+bool Catalog::is_trusted() const {
+  return version_ != kUnknownVersion && changes_seen_ == g_changes.load() &&
+         coarse_now() - looked_at_ < kTrusted;
+}
+
+void Catalog::look_at_version() {
+  const std::string sql = "PRAGMA schema_version";
+  database_.watchdog().restart();
+  if (version_probe_ == nullptr) version_probe_ = prepare(sql);
+  changes_seen_ = g_changes.load();  // before: a change meanwhile makes it look again
+  looked_at_ = coarse_now();
+  step(*version_probe_, sql);
+  version_ = sqlite3_column_int64(version_probe_->statement(), 0);
+  sqlite3_reset(version_probe_->statement());
+}
+
+void Catalog::definitions_changed() {
+  g_changes.fetch_add(1);
+  version_ = names_version_ = kUnknownVersion;
+  tables_.clear();  // what was rolled back may have had the number of what comes
 }
 
 SharedColumns Catalog::describe(std::string_view written) {
+  if (!is_trusted()) look_at_version();
+  const auto known = tables_.find(written);
+  if (known != tables_.end() && known->second.version == version_) return known->second.columns;
+  if (known != tables_.end()) tables_.erase(known);
+  if (tables_.size() >= kMaxTables) tables_.clear();
+  SharedColumns columns = read_table(bare_name(written));
+  return tables_.emplace(written, Table{std::move(columns), version_}).first->second.columns;
+}
+
+// A statement that is prepared and not run tells what is wrong with the table, a view's too.
+SharedColumns Catalog::read_table(const std::string& name) const {
   database_.watchdog().restart();
-  auto found = tables_.find(written);
-  if (found == tables_.end()) {
-    if (tables_.size() >= kMaxTables) tables_.clear();
-    found = tables_.emplace(written, new_table(written)).first;
-  }
-  Table& known = found->second;
-  try {
-    step(*known.probe, known.sql);
-    sqlite3_reset(known.probe->statement());
-    const int preparations = preparations_of(known.probe->statement());
-    if (known.columns == nullptr || preparations != known.preparations) {
-      known.columns = read_columns(known.name);
-      known.preparations = preparations;
-    }
-  } catch (...) {
-    tables_.erase(found);
-    throw;
-  }
-  return known.columns;
+  prepare("SELECT * FROM " + quoted_name(name) + " LIMIT 0");
+  return read_columns(name);
 }
 
 // The columns of the primary key; else of the first unique key whose columns are never null.
@@ -170,14 +186,8 @@ SharedColumns Catalog::read_columns(const std::string& name) const {
 }
 
 void Catalog::refresh() {
-  const std::string sql = "PRAGMA schema_version";
-  database_.watchdog().restart();
-  if (version_probe_ == nullptr) version_probe_ = prepare(sql);
-  step(*version_probe_, sql);
-  const std::int64_t version = sqlite3_column_int64(version_probe_->statement(), 0);
-  sqlite3_reset(version_probe_->statement());
-  if (version == version_) return;
-
+  look_at_version();
+  if (names_version_ == version_) return;
   names_.clear();
   const std::string tables =
       "SELECT name FROM sqlite_schema WHERE type IN ('table', 'view') UNION ALL "
@@ -198,7 +208,7 @@ void Catalog::refresh() {
     }
     sqlite3_reset(inner->statement());
   }
-  version_ = version;
+  names_version_ = version_;
 }
 
 const std::vector<NamedColumn>* Catalog::find(std::string_view table) const {

@@ -60,7 +60,7 @@ void SqliteCursor::finish() {
     session_.state().identity.reset();
     if (plan.gives_identity) session_.state().identity = sqlite3_last_insert_rowid(db);
   }
-  if (plan.changes_schema) session_.catalog().forget();
+  if (plan.changes_schema) session_.definitions_changed();
   sqlite3_reset(lease_.get());  // lets go of what it read, and of its lock
   lease_.prepared().running = false;
 }

@@ -338,6 +338,7 @@ void SqliteSession::begin(IsolationLevelEnum level) {
         error_number::kProviderFailure,
         "a transaction is open already: it must be committed or rolled back first");
   }
+  transaction_has_ended();  // the engine may have ended the last one by itself
   if (database_.read_only()) {
     control("BEGIN");
   } else if (level == adXactRepeatableRead || level == adXactSerializable) {
@@ -361,6 +362,7 @@ void SqliteSession::commit() {
                          "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   }
   if (!std::exchange(lock_to_take_, false)) control("COMMIT");
+  transaction_has_ended();
 }
 
 void SqliteSession::rollback() {
@@ -370,6 +372,16 @@ void SqliteSession::rollback() {
         "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   }
   if (!std::exchange(lock_to_take_, false)) control("ROLLBACK");
+  transaction_has_ended();
+}
+
+void SqliteSession::definitions_changed() {
+  catalog_.definitions_changed();
+  definitions_open_ = in_transaction();
+}
+
+void SqliteSession::transaction_has_ended() {
+  if (std::exchange(definitions_open_, false)) catalog_.definitions_changed();
 }
 
 bool SqliteSession::reset() noexcept {

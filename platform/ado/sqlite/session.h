@@ -53,6 +53,8 @@ class SqliteSession final : public Session {
                               const Variables* variables);
   /// Before anything is written: takes the write lock of a transaction that has begun without it.
   void take_lock();
+  /// After a statement that may have changed definitions.
+  void definitions_changed();
   /// Runs statements of ours that take nothing and give nothing.
   void control(const char* sql) { database_.run(sql); }
 
@@ -66,6 +68,7 @@ class SqliteSession final : public Session {
                                 const Variables* variables);
   std::unique_ptr<Cursor> run_several(std::string_view sql, std::span<const Variant> values,
                                       const Variables* variables);
+  void transaction_has_ended();
 
   Database database_;
   SessionState state_;
@@ -73,7 +76,8 @@ class SqliteSession final : public Session {
   StatementCache cache_;
   Shape shape_;
   bool keeps_traces_ = false;
-  bool lock_to_take_ = false;  // a transaction is open in which nothing was written yet
+  bool lock_to_take_ = false;      // a transaction is open in which nothing was written yet
+  bool definitions_open_ = false;  // changed in a transaction that has not ended
 };
 
 }  // namespace pelm::ado::sqlite
