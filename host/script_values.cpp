@@ -18,6 +18,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
 
 #include "host/script_object.h"
 #include "host/script_state.h"
@@ -41,6 +42,45 @@ Variant from_number(double number) {
     return static_cast<std::int32_t>(number);
   }
   return number;
+}
+
+bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
+
+/// In one byte a character, as the engine keeps most texts of these pages; nothing when one of the
+/// characters is beyond U+00FF or the text is not well formed.
+std::optional<std::string> as_latin1(std::string_view utf8) {
+  std::string narrow(utf8.size(), '\0');
+  char* out = narrow.data();
+  for (std::size_t i = 0; i < utf8.size(); ++i) {
+    const auto lead = static_cast<unsigned char>(utf8[i]);
+    if (lead < 0x80) {
+      *out++ = utf8[i];
+      continue;
+    }
+    if (lead != 0xC2 && lead != 0xC3) return std::nullopt;
+    if (++i == utf8.size()) return std::nullopt;
+    const auto trail = static_cast<unsigned char>(utf8[i]);
+    if ((trail & 0xC0U) != 0x80) return std::nullopt;
+    *out++ = static_cast<char>((lead << 6U) | (trail & 0x3FU));
+  }
+  narrow.resize(static_cast<std::size_t>(out - narrow.data()));
+  return narrow;
+}
+
+std::string from_latin1(std::string_view narrow) {
+  const auto high = static_cast<std::size_t>(std::count_if(narrow.begin(), narrow.end(), is_high));
+  if (high == 0) return std::string(narrow);
+  std::string utf8(narrow.size() + high, '\0');
+  char* out = utf8.data();
+  for (const char c : narrow) {
+    if (is_high(c)) {
+      *out++ = static_cast<char>(0xC0U | (static_cast<unsigned char>(c) >> 6U));
+      *out++ = static_cast<char>(0x80U | (static_cast<unsigned char>(c) & 0x3FU));
+    } else {
+      *out++ = c;
+    }
+  }
+  return utf8;
 }
 
 JSObject* to_script_date(JSContext* cx, Date date) {
@@ -145,9 +185,11 @@ Variant from_value(JSContext* cx, JS::HandleValue value, ValueKind wanted, int d
 }  // namespace
 
 JSString* to_script_text(JSContext* cx, std::string_view text) {
-  const auto is_ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-  if (std::all_of(text.begin(), text.end(), is_ascii)) {
+  if (std::none_of(text.begin(), text.end(), is_high)) {
     return require(JS_NewStringCopyN(cx, text.data(), text.size()));
+  }
+  if (const std::optional<std::string> narrow = as_latin1(text)) {
+    return require(JS_NewStringCopyN(cx, narrow->data(), narrow->size()));
   }
   std::size_t length = 0;
   JS::UniqueTwoByteChars chars(
@@ -160,6 +202,12 @@ JSString* to_script_text(JSContext* cx, std::string_view text) {
 
 std::string from_script_text(JSContext* cx, JS::HandleString text) {
   JSLinearString* const linear = require(JS_EnsureLinearString(cx, text));
+  if (JS::LinearStringHasLatin1Chars(linear)) {
+    const JS::AutoCheckCannotGC chars_stay;
+    return from_latin1(
+        {reinterpret_cast<const char*>(JS::GetLatin1LinearStringChars(chars_stay, linear)),
+         JS::GetLinearStringLength(linear)});
+  }
   std::string utf8(JS::GetDeflatedUTF8StringLength(linear), '\0');
   const std::size_t written =
       JS::DeflateStringToUTF8Buffer(linear, mozilla::Span<char>(utf8.data(), utf8.size()));
