@@ -175,6 +175,24 @@ requires std::is_class_v<L>
 struct Signature<L> : ObjectFirst<decltype(&L::operator())> {
 };
 
+/// A text is lent to the call, which does not change it, and copied only where it is made here.
+template <>
+class Slot<std::string_view> {
+ public:
+  static constexpr bool by_reference = false;
+  static constexpr bool optional_variant = false;
+
+  explicit Slot(const OptionalArg& given) : given_(given) {
+    if (!given->is_text()) made_ = to_text(*given);
+  }
+  std::string_view value() const { return given_->is_text() ? given_->text() : made_; }
+  void write_back() {}
+
+ private:
+  const OptionalArg& given_;
+  std::string made_;
+};
+
 /// Writes by-reference arguments back however the call ends: a failure keeps what was changed.
 template <class Slots>
 struct WriteBack {

@@ -16,10 +16,17 @@
 namespace pelm::automation {
 namespace {
 
+/// The library's own hash reads the type's name from end to end.
+struct NameAddress {
+  std::size_t operator()(const std::type_index& type) const noexcept {
+    return std::hash<const void*>()(type.name());
+  }
+};
+
 struct TypeLibrary {
   std::vector<ClassEntry> entries;
   std::vector<const ClassInfo*> list;
-  std::unordered_map<std::type_index, const ClassInfo*> by_type;
+  std::unordered_map<std::type_index, const ClassInfo*, NameAddress> by_type;
 
   TypeLibrary() {
     for (ClassEntry (*table)() : {cmain_table,     conn_table,          base_table,
@@ -77,6 +84,11 @@ std::vector<OptionalArg> completed(const ClassInfo& cls, const MemberInfo& membe
     if (!wanted[i].default_value.is_empty()) result[i] = wanted[i].default_value;
   }
   return result;
+}
+
+bool is_complete(const MemberInfo& member, Arguments given) {
+  return given.size() == member.parameters.size() &&
+         std::ranges::all_of(given, [](const OptionalArg& a) { return a.has_value(); });
 }
 
 /// Gives by-reference results back however the call ends: a failure keeps what was changed.
@@ -152,9 +164,13 @@ const ClassInfo* find_class(std::string_view name) noexcept {
 
 const ClassInfo& class_of(const Object& object) {
   const auto& by_type = type_library().by_type;
-  const auto found = by_type.find(typeid(object));
-  if (found == by_type.end()) raise_error(error_number::kMemberNotFound);
-  return *found->second;
+  const auto known = by_type.find(typeid(object));
+  if (known != by_type.end()) return *known->second;
+  // Another shared object may have a name of its own for the same type.
+  const auto& entries = type_library().entries;
+  const auto found = std::ranges::find(entries, std::type_index(typeid(object)), &ClassEntry::type);
+  if (found == entries.end()) raise_error(error_number::kMemberNotFound);
+  return found->info;
 }
 
 ObjectRef CreateObject(std::string_view programmatic_identifier) {
@@ -186,9 +202,10 @@ Variant call(Object& object, const ClassInfo& cls, const MemberInfo& member, Arg
   if (!args.empty() && takes_no_arguments(member)) {
     return call_default_of(member.invoke(object, {}), cls, member, args);
   }
-  std::vector<OptionalArg> used = completed(cls, member, args);
-  const ReturnByReference after(member, args, used);
   try {
+    if (is_complete(member, args)) return member.invoke(object, args);
+    std::vector<OptionalArg> used = completed(cls, member, args);
+    const ReturnByReference after(member, args, used);
     return member.invoke(object, used);
   } catch (const BadArgument& bad) {
     refuse_argument(cls, member, bad);

@@ -55,7 +55,8 @@ struct MemberInfo {
   bool readable = true;           ///< properties only
   bool writable = false;
   bool is_default = false;  ///< answers when the object itself is called: rs("NOME")
-  std::function<Variant(Object&, Arguments)> invoke;  ///< method, or reading a property
+  /// Method, or reading a property. Changes by-reference arguments and no others.
+  std::function<Variant(Object&, Arguments)> invoke;
   std::function<void(Object&, Arguments, const Variant&)> assign;  ///< writing a property
 };
 
