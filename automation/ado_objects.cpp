@@ -1,8 +1,6 @@
 // Fields and parameters as objects.
 #include "automation/ado_objects.h"
 
-#include <string>
-
 #include "pelm/conversions.h"
 #include "pelm/error.h"
 
@@ -18,20 +16,26 @@ std::size_t position(const Variant& index, std::size_t count, std::string_view s
   return static_cast<std::size_t>(at);
 }
 
-std::size_t named_field(ado::Recordset& records, const std::string& name) {
-  // The record set answers by name; a field object needs to know where that is.
-  const std::string_view found = records.Fields(name).Name();
-  std::size_t at = 0;
-  while (records.Fields(at).Name().data() != found.data()) ++at;
-  return at;
-}
-
 }  // namespace
 
-std::shared_ptr<FieldObject> FieldsObject::Item(const Variant& index) const {
-  const std::size_t at = index.is_text() ? named_field(*owner_, index.text())
+std::shared_ptr<FieldsObject> FieldsObject::of(ado::Recordset& records) {
+  std::weak_ptr<Object>& kept = records.FieldsByName();
+  if (const ObjectRef known = kept.lock()) return std::static_pointer_cast<FieldsObject>(known);
+  auto made = std::make_shared<FieldsObject>(
+      std::static_pointer_cast<ado::Recordset>(records.shared_from_this()));
+  kept = made;
+  return made;
+}
+
+std::shared_ptr<FieldObject> FieldsObject::Item(const Variant& index) {
+  const std::size_t at = index.is_text() ? owner_->Fields(index.text()).Index()
                                          : position(index, owner_->FieldCount(), "ADODB.Fields");
-  return std::make_shared<FieldObject>(owner_, at);
+  if (at >= given_.size()) given_.resize(at + 1);
+  if (auto known = given_[at].lock()) return known;
+  auto made =
+      std::make_shared<FieldObject>(std::static_pointer_cast<FieldsObject>(shared_from_this()), at);
+  given_[at] = made;
+  return made;
 }
 
 std::shared_ptr<ado::Parameter> ParametersObject::Item(const Variant& index) const {

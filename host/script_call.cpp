@@ -135,19 +135,21 @@ bool reads_as_value(const MemberInfo& member) {
   return member.kind == MemberKind::Property && member.parameters.empty();
 }
 
-Target default_target(JSContext* cx, ObjectRef object, bool with_arguments) {
+Target default_target(JSContext* cx, ObjectRef object, const ClassInfo& first,
+                      bool with_arguments) {
+  const ClassInfo* cls = &first;
   for (;;) {
-    const ClassInfo& cls = class_of(cx, *object);
-    const MemberInfo* member = cls.default_member();
-    if (!member) refuse_member(cls, "(padrão)");
-    if (!with_arguments || !reads_as_value(*member)) return {std::move(object), &cls, member};
-    const Variant answer = automation::call(*object, cls, *member, {});
+    const MemberInfo* member = cls->default_member();
+    if (!member) refuse_member(*cls, "(padrão)");
+    if (!with_arguments || !reads_as_value(*member)) return {std::move(object), cls, member};
+    const Variant answer = automation::call(*object, *cls, *member, {});
     if (!answer.is_object()) {
       raise_error(error_number::kWrongArgumentCount, kProjectSource,
-                  std::string(cls.name) + "." + std::string(member->name));
+                  std::string(cls->name) + "." + std::string(member->name));
     }
     if (!answer.object()) raise_error(error_number::kObjectNotSet);
     object = answer.object();
+    cls = &class_of(cx, *object);
   }
 }
 

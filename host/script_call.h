@@ -31,7 +31,8 @@ bool reads_as_value(const automation::MemberInfo& member);
 
 /// The default member, or that of the object it answers with while there are arguments that it
 /// does not take itself: rs("NOME") is rs.Fields.Item("NOME").
-Target default_target(JSContext* cx, ObjectRef object, bool with_arguments);
+Target default_target(JSContext* cx, ObjectRef object, const automation::ClassInfo& cls,
+                      bool with_arguments);
 
 /// Calls, or assigns where there is one argument more than the property has.
 void invoke(JSContext* cx, const Target& target, const JS::CallArgs& args);

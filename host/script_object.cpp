@@ -42,26 +42,47 @@ namespace {
 using automation::ClassInfo;
 using automation::MemberInfo;
 
-/// Members by the spelling that pages use; the tables are searched once for each.
+std::string name_of(JSContext* cx, JS::HandleId id) {
+  JS::RootedValue value(cx);
+  require(JS_IdToValue(cx, id, &value));
+  JSString* const text = JS::ToString(cx, value);
+  require(text != nullptr);
+  const JS::RootedString name(cx, text);
+  return from_script_text(cx, name);
+}
+
+/// Members by the engine's own names, which it is told to keep: the same name is the same address
+/// ever after, and its text is read once.
 class MemberNames {
  public:
-  const MemberInfo* find(const ClassInfo& cls, std::string_view name) {
-    auto& known = by_class_[&cls];
-    if (const auto found = known.find(name); found != known.end()) return found->second;
-    const MemberInfo* member = cls.find(name);
-    if (member && known.size() < kMostSpellings) known.emplace(name, member);
+  /// Null when the class has no such member; never one for a symbol.
+  const MemberInfo* find(JSContext* cx, const ClassInfo& cls, JS::HandleId id) {
+    const Key key{&cls, id.asRawBits()};
+    if (const auto found = known_.find(key); found != known_.end()) return found->second;
+    if (id.isSymbol()) return nullptr;
+    const std::string name = name_of(cx, id);
+    const MemberInfo* const member = cls.find(name);
+    if (member && known_.size() < kMostSpellings && id.isString()) {
+      require(JS_AtomizeAndPinStringN(cx, name.data(), name.size()) != nullptr);
+      known_.emplace(key, member);
+    }
     return member;
   }
 
  private:
   /// A name can be spelt in a great many ways; a page that tries them must not fill the memory.
   static constexpr std::size_t kMostSpellings = 4096;
-  struct Hash : std::hash<std::string_view> {
-    using is_transparent = void;
+  struct Key {
+    const ClassInfo* cls;
+    std::uintptr_t name;
+    bool operator==(const Key&) const = default;
   };
-  std::unordered_map<const ClassInfo*,
-                     std::unordered_map<std::string, const MemberInfo*, Hash, std::equal_to<>>>
-      by_class_;
+  struct Hash {
+    std::size_t operator()(const Key& k) const noexcept {
+      return (reinterpret_cast<std::uintptr_t>(k.cls) >> 4U) * 0x9E3779B97F4A7C15U ^ k.name >> 3U;
+    }
+  };
+  std::unordered_map<Key, const MemberInfo*, Hash> known_;
 };
 
 /// What a wrapper stands for.
@@ -111,8 +132,14 @@ NativeRef& live_ref(JSObject* wrapper) {
   return *ref;
 }
 
+// Of a function made here.
 constexpr std::size_t kWrapperSlot = 0;
 constexpr std::size_t kMemberSlot = 1;
+
+// Of a wrapper.
+constexpr unsigned kLastMethodSlot = 0;
+constexpr unsigned kMethodBeforeSlot = 1;
+constexpr JSClass kWrapperClass = PROXY_CLASS_DEF("Object", JSCLASS_HAS_RESERVED_SLOTS(2));
 
 JSObject* callee_wrapper(const JS::CallArgs& args) {
   return &js::GetFunctionNativeReserved(&args.callee(), kWrapperSlot).toObject();
@@ -193,22 +220,28 @@ void get_symbol(JSContext* cx, JS::HandleObject wrapper, const NativeRef& ref, J
   }
 }
 
-std::string name_of(JSContext* cx, JS::HandleId id) {
-  JS::RootedValue value(cx);
-  require(JS_IdToValue(cx, id, &value));
-  JSString* const text = JS::ToString(cx, value);
-  require(text != nullptr);
-  const JS::RootedString name(cx, text);
-  return from_script_text(cx, name);
+/// What a method reads as. A wrapper keeps the last two it was asked for: a loop over rows asks for
+/// the same ones again and again.
+JSObject* function_of(JSContext* cx, JS::HandleObject wrapper, const MemberInfo* member) {
+  for (const unsigned slot : {kLastMethodSlot, kMethodBeforeSlot}) {
+    const JS::Value& kept = JS::GetReservedSlot(wrapper, slot);
+    if (!kept.isObject()) break;
+    JSObject* const function = &kept.toObject();
+    if (js::GetFunctionNativeReserved(function, kMemberSlot).toPrivate() == member) return function;
+  }
+  JSObject* const function = new_function(cx, call_member, wrapper, member);
+  JS::SetReservedSlot(wrapper, kMethodBeforeSlot, JS::GetReservedSlot(wrapper, kLastMethodSlot));
+  JS::SetReservedSlot(wrapper, kLastMethodSlot, JS::ObjectValue(*function));
+  return function;
 }
 
 void get_member(JSContext* cx, JS::HandleObject wrapper, JS::HandleId id,
                 JS::MutableHandleValue result) {
   NativeRef& ref = live_ref(wrapper);
   if (id.isSymbol()) return get_symbol(cx, wrapper, ref, id.toSymbol(), result);
-  const std::string name = name_of(cx, id);
-  const MemberInfo* member = ref.table->names.find(*ref.cls, name);
+  const MemberInfo* member = ref.table->names.find(cx, *ref.cls, id);
   if (!member) {
+    const std::string name = name_of(cx, id);
     if (!get_of_language(cx, wrapper, name, result)) refuse_member(*ref.cls, name);
     return;
   }
@@ -216,15 +249,14 @@ void get_member(JSContext* cx, JS::HandleObject wrapper, JS::HandleId id,
     const ObjectRef object = ref.object;  // the call may end the page's references
     to_script(cx, automation::call(*object, *ref.cls, *member, {}), result);
   } else {
-    result.setObject(*new_function(cx, call_member, wrapper, member));
+    result.setObject(*function_of(cx, wrapper, member));
   }
 }
 
 void set_member(JSContext* cx, JS::HandleObject wrapper, JS::HandleId id, JS::HandleValue value) {
   NativeRef& ref = live_ref(wrapper);
-  const std::string name = name_of(cx, id);
-  const MemberInfo* member = id.isSymbol() ? nullptr : ref.table->names.find(*ref.cls, name);
-  if (!member || !reads_as_value(*member)) refuse_member(*ref.cls, name);
+  const MemberInfo* member = ref.table->names.find(cx, *ref.cls, id);
+  if (!member || !reads_as_value(*member)) refuse_member(*ref.cls, name_of(cx, id));
   const ObjectRef object = ref.object;
   automation::put(*object, *ref.cls, *member, from_script(cx, value, member->result), {});
 }
@@ -251,13 +283,14 @@ class WrapperHandler : public js::BaseProxyHandler {
   bool has(JSContext* cx, JS::HandleObject proxy, JS::HandleId id, bool* found) const override {
     return guarded(cx, [&] {
       const NativeRef& ref = live_ref(proxy);
-      *found = !id.isSymbol() && ref.table->names.find(*ref.cls, name_of(cx, id)) != nullptr;
+      *found = ref.table->names.find(cx, *ref.cls, id) != nullptr;
     });
   }
 
   bool call(JSContext* cx, JS::HandleObject proxy, const JS::CallArgs& args) const override {
     return guarded(cx, [&] {
-      invoke(cx, default_target(cx, live_ref(proxy).object, args.length() > 0), args);
+      const NativeRef& ref = live_ref(proxy);
+      invoke(cx, default_target(cx, ref.object, *ref.cls, args.length() > 0), args);
     });
   }
 
@@ -340,8 +373,9 @@ JSObject* wrap(JSContext* cx, const ObjectRef& object) {
   NativeRef& ref = table.live.emplace_back(NativeRef{object, &cls, &table, {}});
   ref.self = std::prev(table.live.end());
   const JS::RootedValue stands_for(cx, JS::PrivateValue(&ref));
-  JSObject* const made = js::NewProxyObject(
-      cx, cls.default_member() ? &kCallableHandler : &kPlainHandler, stands_for, nullptr);
+  JSObject* const made =
+      js::NewProxyObject(cx, cls.default_member() ? &kCallableHandler : &kPlainHandler, stands_for,
+                         nullptr, js::ProxyOptions().setClass(&kWrapperClass));
   if (!made) {
     table.live.pop_back();
     throw Failed();

@@ -51,9 +51,7 @@ void connect(Command& command, const Variant& connection) {
 
 // Recordset.
 
-std::shared_ptr<FieldsObject> fields(Recordset& records) {
-  return std::make_shared<FieldsObject>(reference_to(records));
-}
+std::shared_ptr<FieldsObject> fields(Recordset& records) { return FieldsObject::of(records); }
 
 void open(Recordset& records, const OptionalArg& source, const OptionalArg& connection,
           ado::CursorTypeEnum cursor, ado::LockTypeEnum lock, std::int32_t options) {

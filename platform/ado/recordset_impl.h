@@ -79,6 +79,7 @@ class RecordsetImpl final : private Attached {
   std::int32_t max_records = 0;
   std::string source;
   std::shared_ptr<Connection> connection;
+  std::weak_ptr<Object> fields_by_name;  // made by those who call by name
 
  private:
   /// A row added here, of which only the assigned columns are known.

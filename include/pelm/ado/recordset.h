@@ -34,6 +34,7 @@ class RecordsetImpl;
 class Field {
  public:
   std::string_view Name() const;
+  std::size_t Index() const noexcept { return index_; }  ///< 0-based
   DataTypeEnum Type() const;
   /// In characters for text, in bytes otherwise; 0 where the provider sets no limit.
   std::int32_t DefinedSize() const;
@@ -132,6 +133,9 @@ class Recordset : public Object {
   Field Fields(std::string_view name);
   Field Fields(std::size_t index);
   std::size_t FieldCount() const;  ///< 0 when closed.
+  /// Its fields as one object, for callers by name: kept here without being owned, so that it is
+  /// the same one for as long as somebody holds it.
+  std::weak_ptr<Object>& FieldsByName() noexcept;
 
   /// Begins a new row. Raises 3251 when read-only; stores a pending edit first.
   void AddNew();
