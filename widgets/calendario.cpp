@@ -2,6 +2,7 @@
 #include "pelm/calendario.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <optional>
@@ -48,11 +49,11 @@ struct Month {
   int first_weekday;
   int days;
 
-  /// Raises invalid call (5) for December 9999: the month after it is counted from.
   explicit Month(Date d) : shown(d.civil()) {
-    const Date first = Date::from_civil({shown.year, shown.month, 1, 0, 0, 0});
-    first_weekday = first.weekday();
-    days = static_cast<int>(add_months(first, 1).serial() - first.serial());
+    first_weekday = (d.weekday() - shown.day % 7 + 7) % 7 + 1;
+    const auto last = std::chrono::year(shown.year) /
+                      std::chrono::month(static_cast<unsigned>(shown.month)) / std::chrono::last;
+    days = static_cast<int>(static_cast<unsigned>(last.day()));
   }
 };
 
@@ -148,15 +149,15 @@ Date Calendario::shown_date() const {
 }
 
 void Calendario::ShowCalendar() {
-  const Date shown = shown_date();
-  const Month month(shown);
+  const Month month(shown_date());
+  const CivilTime next = add_months(month.shown, 1);  // none after December 9999: before a write
   response().Write(kBody);
 
   const std::string campo = query("campo");
   std::string navigation;
   navigation.reserve(kNavigationRoom + 2 * (ScriptName_.size() + campo.size()));
   // kept: neither quoted nor encoded; a date with a time has a blank in it
-  const auto put_link = [&](Date date) {
+  const auto put_link = [&](const CivilTime& date) {
     navigation += "<A class=nav HREF=";
     navigation += ScriptName_;
     navigation += "?campo=";
@@ -166,13 +167,13 @@ void Calendario::ShowCalendar() {
   };
   navigation += kNavigationStart;
   navigation += "<TD class=nav ALIGN=right>";
-  put_link(add_months(shown, -1));
+  put_link(add_months(month.shown, -1));
   navigation += ">&lt;&lt;</A></TD><TD class=nav ALIGN=center>";
   navigation += month_name(month.shown.month);
   navigation += " / ";
   navigation += std::to_string(month.shown.year);
   navigation += "</TD><TD class=nav ALIGN=left >";
-  put_link(add_months(shown, 1));
+  put_link(next);
   navigation += ">&gt;&gt;</A></TD></TR></TABLE>";
   response().Write(navigation);
   response().Write("<br>");

@@ -318,8 +318,9 @@ char* put_long_time(char* at, const CivilTime& t) {
 
 std::optional<Date> read_date(std::string_view s) { return DateReader().read(s); }
 
-std::string date_text(Date d) {
-  const CivilTime t = d.civil();
+std::string date_text(Date d) { return date_text(d.civil()); }
+
+std::string date_text(const CivilTime& t) {
   const bool day_zero = t.year == 1899 && t.month == 12 && t.day == 30;
   const bool midnight = t.hour == 0 && t.minute == 0 && t.second == 0;
   std::array<char, regional::kShortDate.size() + 1 + regional::kLongTime.size()> text;

@@ -23,5 +23,6 @@ std::optional<Date> read_date(std::string_view s);
 /// dd/mm/yyyy hh:mm:ss, without the time at midnight, without the date on day zero; day zero at
 /// midnight is "00:00:00".
 std::string date_text(Date d);
+std::string date_text(const CivilTime& t);  ///< The same of a valid one.
 
 }  // namespace pelm

@@ -88,17 +88,20 @@ std::string_view weekday_name(int weekday) {
 }
 
 Date add_months(Date d, double months) {
+  return Date::from_civil(add_months(d.civil(), months));
+}
+
+CivilTime add_months(CivilTime t, double months) {
   constexpr double kWholeCalendar = 12 * 10000;
   const bool in_calendar = std::fabs(months) < kWholeCalendar;  // false for a NaN too
   if (!in_calendar) raise_error(error_number::kInvalidCall);
-  CivilTime t = d.civil();
   const int month = t.year * 12 + t.month - 1 + static_cast<int>(months);
   if (month < 0) raise_error(error_number::kInvalidCall);
   t.year = month / 12;
   t.month = month % 12 + 1;
   if (t.year < 100 || t.year > 9999) raise_error(error_number::kInvalidCall);
   while (!is_valid(t)) --t.day;
-  return Date::from_civil(t);
+  return t;
 }
 
 }  // namespace pelm

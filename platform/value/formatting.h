@@ -39,5 +39,6 @@ std::string_view weekday_name(int weekday);
 /// Adds whole months, the day clipped to the month's last, the time kept; `months` is truncated.
 /// Raises invalid call (5) when the result leaves the years 100 to 9999.
 Date add_months(Date d, double months);
+CivilTime add_months(CivilTime t, double months);  ///< The same of a valid one.
 
 }  // namespace pelm

@@ -71,5 +71,28 @@ TEST_F(DatabaseObjects, RowsAreReachedFromBothEndsByPlaceAndByPage) {
   EXPECT_EQ(name(), Variant("azul"));
 }
 
+TEST_F(DatabaseObjects, AFieldIsOneObjectOnEveryRowForAsLongAsItIsHeld) {
+  run(*records_, "Open", {Variant("select * from cor order by n"), Variant(connection_)});
+  const ObjectRef field = run(*records_, "", {Variant("nome")}).object();
+  EXPECT_EQ(run(*field, ""), Variant("azul"));
+  run(*records_, "MoveNext");
+  EXPECT_EQ(run(*records_, "", {Variant("NOME")}).object(), field);
+  EXPECT_EQ(run(*records_, "", {Variant(1)}).object(), field);
+  EXPECT_NE(run(*records_, "", {Variant("n")}).object(), field);
+  EXPECT_EQ(run(*field, ""), Variant("verde"));
+}
+
+TEST_F(DatabaseObjects, AFieldThatIsHeldHoldsItsRecordSetAndNotTheOtherWayRound) {
+  run(*records_, "Open", {Variant("select * from cor order by n"), Variant(connection_)});
+  ObjectRef field = run(*records_, "", {Variant("nome")}).object();
+  const std::weak_ptr<Object> records = records_;
+  const std::weak_ptr<Object> held = field;
+  records_.reset();
+  EXPECT_EQ(run(*field, ""), Variant("azul"));
+  field.reset();
+  EXPECT_TRUE(held.expired());
+  EXPECT_TRUE(records.expired());
+}
+
 }  // namespace
 }  // namespace pelm::automation

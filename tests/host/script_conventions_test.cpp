@@ -37,6 +37,8 @@ TEST_F(ScriptValues, ReachTheComponentByTheirType) {
       {"p.Descreve('a\\0b').length", "8"},
       {"p.Descreve('\\ud800')", "Text \xEF\xBF\xBD"},
       {"p.Descreve('😀')", "Text 😀"},
+      {"p.Descreve('\\x7f\\x80\\xff')", "Text \x7F\xC2\x80\xC3\xBF"},
+      {"p.Descreve('ÿ\\u0100')", "Text ÿĀ"},
       {"p.Descreve(true)", "Boolean True"},
       {"p.Descreve(null)", "Null"},
       {"p.Descreve(undefined)", "ausente"},
@@ -78,6 +80,8 @@ TEST_F(ScriptValues, ComeBackWithTheirType) {
       {"(p.Valor = 7, p.Valor === 7)", "True"},
       {"(p.Valor = 0.25, p.Valor === 0.25)", "True"},
       {"(p.Valor = 'ação', p.Valor === 'ação')", "True"},
+      {"(p.Valor = '\\x80\\xff', p.Valor === '\\x80\\xff')", "True"},
+      {"(p.Valor = 'ÿ\\u0100😀', p.Valor === 'ÿ\\u0100😀')", "True"},
       {"(p.Valor = true, p.Valor === true)", "True"},
       {"(p.Valor = new Date(2008, 2, 5, 14, 7, 9), p.Valor.getTime() === "
        "new Date(2008, 2, 5, 14, 7, 9).getTime())",
@@ -120,6 +124,16 @@ TEST_F(ScriptConventions, AMethodReadsAsAFunctionBoundToItsObject) {
   EXPECT_EQ(value_of("typeof p.Soma"), "function");
   EXPECT_EQ(value_of("(s => s(1, 2))(p.Soma)"), "3");
   EXPECT_EQ(value_of("[1, 2].map(n => p.Soma(n)).join()"), "11,12");
+}
+
+TEST_F(ScriptConventions, AMethodIsItsOwnWhateverWasReadBefore) {
+  EXPECT_EQ(value_of("p.Soma === p.SOMA"), "True");
+  EXPECT_EQ(value_of("p.Soma !== p.Descreve && p.Descreve !== p.DescreveObjeto"), "True");
+  EXPECT_EQ(value_of("[p.Soma(1, 2), p.Descreve('x'), p.DescreveObjeto(p), p.Soma(3, 4)].join()"),
+            "3,Text x,Object,7");
+  EXPECT_EQ(value_of("((q, r) => [q.Soma !== r.Soma, q.Soma(1, 1), r.Soma(2, 2)].join())"
+                     "(p, Server.CreateObject('Teste.Probe'))"),
+            "true,2,4");
 }
 
 TEST_F(ScriptConventions, APropertyWithAnIndexIsCalledAndAssignedByOneArgumentMore) {

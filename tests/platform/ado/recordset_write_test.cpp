@@ -470,6 +470,21 @@ TEST_P(RecordsetOfAQuery, StatementsThatDifferInTheirNumbersChangeTheirOwnRows) 
   EXPECT_EQ(stored("select nome from pessoa where oid = 9"), Variant("n9"));
 }
 
+// The engine has just told that nothing about the table has changed.
+TEST_P(RecordsetOfAQuery, TheEmbeddedEngineIsNotAskedForAKnownTableAgain) {
+  if (GetParam().provider != "SQLite") GTEST_SKIP() << "a server's table is described each time";
+  test::RecordingProvider recorder(GetParam().provider);
+  connection = connect();
+  for (const char* name : {"Bia", "Caio"}) {
+    recorder.clear();
+    const auto rs = query_for_update("select oid, nome from pessoa where oid = 8");
+    rs->Fields("nome") = name;
+    rs->Update();
+  }
+  EXPECT_THAT(recorder.texts(),
+              ElementsAre(StartsWith("execute select"), StartsWith("execute update")));
+}
+
 TEST_P(RecordsetOfAQuery, AStatementThatMixesRowsIsRefusedEachTime) {
   for (int i = 0; i < 2; ++i) {
     const auto rs = query_for_update("select distinct oid, nome from pessoa where oid = 8");

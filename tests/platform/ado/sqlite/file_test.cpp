@@ -277,6 +277,43 @@ TEST_F(SqliteFile, ChangedByAnotherSessionIsSeenAtOnce) {
   EXPECT_EQ(error_number::kNoTable, raised([&] { one->describe("rotulo"); }).number);
 }
 
+TEST_F(SqliteFile, ChangedByAnotherProgramIsSeenSoon) {
+  make();
+  const auto session = open();
+  EXPECT_EQ(3U, session->describe("rotulo")->size());
+  sqlite3* other = nullptr;  // not known to this program's sessions, as another program's would be
+  ASSERT_EQ(SQLITE_OK, sqlite3_open(path_.c_str(), &other));
+  EXPECT_EQ(SQLITE_OK, sqlite3_exec(other, "alter table rotulo add quando datetime", nullptr,
+                                    nullptr, nullptr));
+  sqlite3_close(other);
+  std::this_thread::sleep_for(Catalog::kTrusted * 2);
+  EXPECT_EQ(4U, session->describe("rotulo")->size());
+}
+
+TEST_F(SqliteFile, ChangedInATransactionIsSeenAtItsEnd) {
+  make();
+  const auto one = open();
+  const auto two = open();
+  two->begin(adXactReadCommitted);
+  run(*two, "alter table rotulo add quando datetime");
+  EXPECT_EQ(4U, two->describe("rotulo")->size());
+  EXPECT_EQ(3U, one->describe("rotulo")->size());
+  two->commit();
+  EXPECT_EQ(4U, one->describe("rotulo")->size());
+}
+
+// The engine numbers its definitions, and gives the number of what was rolled back away again.
+TEST_F(SqliteFile, ChangedAfterAChangeThatWasRolledBackIsSeenAsItIs) {
+  make();
+  const auto one = open();
+  one->begin(adXactReadCommitted);
+  run(*one, "alter table rotulo add quando datetime");
+  EXPECT_EQ("quando", one->describe("rotulo")->back().name);
+  one->rollback();
+  run(*open(), "alter table rotulo add onde varchar(10)");
+  EXPECT_EQ("onde", one->describe("rotulo")->back().name);
+}
+
 TEST_F(SqliteFile, TakesADateColumnThatCameLaterForADate) {
   make();
   const auto one = open();
