@@ -3,6 +3,7 @@
 
 #include "pelm/conversions.h"
 #include "pelm/error.h"
+#include "platform/ado/recordset_impl.h"
 
 namespace pelm::automation {
 namespace {
@@ -19,7 +20,7 @@ std::size_t position(const Variant& index, std::size_t count, std::string_view s
 }  // namespace
 
 std::shared_ptr<FieldsObject> FieldsObject::of(ado::Recordset& records) {
-  std::weak_ptr<Object>& kept = records.FieldsByName();
+  std::weak_ptr<Object>& kept = ado::RecordsetImpl::of(records).fields_by_name;
   if (const ObjectRef known = kept.lock()) return std::static_pointer_cast<FieldsObject>(known);
   auto made = std::make_shared<FieldsObject>(
       std::static_pointer_cast<ado::Recordset>(records.shared_from_this()));

@@ -63,8 +63,9 @@ class MemberNames {
     const std::string name = name_of(cx, id);
     const MemberInfo* const member = cls.find(name);
     if (member && known_.size() < kMostSpellings && id.isString()) {
-      require(JS_AtomizeAndPinStringN(cx, name.data(), name.size()) != nullptr);
-      known_.emplace(key, member);
+      const JSString* const kept = JS_AtomizeAndPinStringN(cx, name.data(), name.size());
+      require(kept != nullptr);
+      if (kept == id.toString()) known_.emplace(key, member);
     }
     return member;
   }

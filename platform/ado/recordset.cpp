@@ -163,8 +163,6 @@ Field Recordset::Fields(std::size_t index) {
 
 std::size_t Recordset::FieldCount() const { return impl_->column_count(); }
 
-std::weak_ptr<Object>& Recordset::FieldsByName() noexcept { return impl_->fields_by_name; }
-
 void Recordset::AddNew() { impl_->add_new(); }
 void Recordset::Update() { impl_->update(); }
 void Recordset::CancelUpdate() { impl_->cancel_update(); }

@@ -79,7 +79,10 @@ class RecordsetImpl final : private Attached {
   std::int32_t max_records = 0;
   std::string source;
   std::shared_ptr<Connection> connection;
-  std::weak_ptr<Object> fields_by_name;  // made by those who call by name
+
+  /// Its fields as one object, for callers by name: kept without being owned, so that it is the
+  /// same one for as long as somebody holds it.
+  std::weak_ptr<Object> fields_by_name;
 
  private:
   /// A row added here, of which only the assigned columns are known.

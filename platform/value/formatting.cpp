@@ -87,9 +87,7 @@ std::string_view weekday_name(int weekday) {
   return regional::kWeekdayNames[static_cast<std::size_t>(weekday - 1)];
 }
 
-Date add_months(Date d, double months) {
-  return Date::from_civil(add_months(d.civil(), months));
-}
+Date add_months(Date d, double months) { return Date::from_civil(add_months(d.civil(), months)); }
 
 CivilTime add_months(CivilTime t, double months) {
   constexpr double kWholeCalendar = 12 * 10000;

@@ -133,9 +133,6 @@ class Recordset : public Object {
   Field Fields(std::string_view name);
   Field Fields(std::size_t index);
   std::size_t FieldCount() const;  ///< 0 when closed.
-  /// Its fields as one object, for callers by name: kept here without being owned, so that it is
-  /// the same one for as long as somebody holds it.
-  std::weak_ptr<Object>& FieldsByName() noexcept;
 
   /// Begins a new row. Raises 3251 when read-only; stores a pending edit first.
   void AddNew();

@@ -114,10 +114,12 @@ SharedColumns Catalog::describe(std::string_view written) {
   return tables_.emplace(written, Table{std::move(columns), version_}).first->second.columns;
 }
 
-// A statement that is prepared and not run tells what is wrong with the table, a view's too.
+// A statement that reads no row tells what is wrong with the table, a view's too. It is run: when
+// it is prepared, the engine goes by the definitions that it read last.
 SharedColumns Catalog::read_table(const std::string& name) const {
   database_.watchdog().restart();
-  prepare("SELECT * FROM " + quoted_name(name) + " LIMIT 0");
+  const std::string sql = "SELECT * FROM " + quoted_name(name) + " LIMIT 0";
+  step(*prepare(sql), sql);
   return read_columns(name);
 }
 
