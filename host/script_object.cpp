@@ -20,7 +20,6 @@
 #include <jsfriendapi.h>
 
 #include <cstdint>
-#include <functional>
 #include <list>
 #include <string>
 #include <string_view>

@@ -23,10 +23,6 @@ class UpdateTarget {
   UpdateTarget(ConnectionImpl& connection, std::string_view sql, const ColumnList& result,
                std::int32_t timeout);
 
-  /// As it was named; empty where the rows are not those of one table.
-  const std::string& table() const noexcept { return table_; }
-  /// Of the table; null where there is none.
-  const ColumnList& columns() const noexcept { return columns_; }
   /// The table's own description of a column of the record set; null for a computed one.
   const Column* column(ColumnIndex index) const noexcept;
 
@@ -61,7 +57,7 @@ class UpdateTarget {
                     std::span<const ColumnIndex> assigned) const;
   void find_key();
 
-  std::string table_;  // as it was named
+  std::string table_;  // as it was named; empty where the rows are not those of one table
   ColumnList columns_;
   std::vector<ColumnIndex> key_;  // numbers of the table
   bool same_numbers_ = false;     // both maps are empty then
