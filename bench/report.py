@@ -15,9 +15,9 @@ STORAGES = ("memory", "normal", "full")
 
 
 def read(paths):
-    """The runs of some programs: name -> nanoseconds; name -> bytes a second."""
-    times, rates = {}, {}
-    for path in paths:
+    """The runs of some programs: name -> nanoseconds; name -> bytes a second; as the programs list them."""
+    times, rates, places = {}, {}, {}
+    for program, path in enumerate(paths):
         if os.path.getsize(path) == 0:  # nothing matched
             continue
         with open(path) as file:
@@ -29,11 +29,12 @@ def read(paths):
             # Without a disk all the time is the processor's, and others on the machine are left out.
             of_disk = "/normal/" in name or "/full/" in name
             unit = {"ns": 1, "us": 1e3, "ms": 1e6}[run["time_unit"]]
+            places[name] = (program, run["family_index"])  # the rounds mix their order
             times.setdefault(name, []).append(run["real_time" if of_disk else "cpu_time"] * unit)
             if "bytes_per_second" in run:
                 rates.setdefault(name, []).append(run["bytes_per_second"])
-    return ({name: statistics.median(t) for name, t in times.items()},
-            {name: statistics.median(r) for name, r in rates.items()})
+    return ({name: statistics.median(times[name]) for name in sorted(times, key=places.get)},
+            {name: statistics.median(rates[name]) for name in sorted(rates, key=places.get)})
 
 
 def by_operation(times):
