@@ -1,11 +1,16 @@
-// Runs one operation a thousand times, for an instrument that counts its instructions:
+// Runs one operation many times, for an instrument that counts its instructions, and prints how
+// many:
 //
 //   counted_operations PARTICIPANT OPERATION
 //
-// What is counted stands in `counted`, after a hundred rounds that fill every cache.
+// What is counted stands in `counted`, after rounds that fill every cache. Beside the operations on
+// records there is `Montar_Menu`, of 100 options of which every other one is restricted, by "c" and
+// by "component".
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
+#include "bench/menu_work.h"
 #include "bench/operations.h"
 #include "pelm/error.h"
 #include "platform/ado/sqlite/sqlite_provider.h"
@@ -16,8 +21,29 @@ namespace {
 constexpr int kRounds = 1000;
 constexpr int kWarmUp = 100;
 
+constexpr int kMenuRounds = 20;
+
 [[gnu::noinline]] void counted(const Operation& operation, const Operations& work) {
   for (int n = kWarmUp; n < kWarmUp + kRounds; ++n) operation.run(work, n);
+}
+
+[[gnu::noinline]] void counted_menus(const MenuWork& work, bool component) {
+  for (int n = 0; n < kMenuRounds; ++n) {
+    if ((component ? work.by_component(MenuWork::kPerson) : work.by_floor(MenuWork::kPerson))
+            .empty()) {
+      std::abort();
+    }
+  }
+}
+
+int run_menu(std::string_view participant) {
+  if (participant != "c" && participant != "component") return 2;
+  const MenuWork work(Storage::Memory, 100);
+  work.check(MenuWork::kPerson);
+  work.check(MenuWork::kPerson);
+  counted_menus(work, participant == "component");
+  std::printf("%d\n", kMenuRounds);
+  return 0;
 }
 
 template <class Row>
@@ -31,6 +57,7 @@ const Row* named(std::span<const Row> rows, std::string_view name) {
 }
 
 int run(std::string_view participant, std::string_view operation) {
+  if (operation == "Montar_Menu") return run_menu(participant);
   const Participant* const who = named(participants(), participant);
   const Operation* const what = named(operations(), operation);
   if (who == nullptr || what == nullptr) return 2;
@@ -38,6 +65,7 @@ int run(std::string_view participant, std::string_view operation) {
   const Operations work = who->make(database);
   for (int n = 0; n < kWarmUp; ++n) what->run(work, n);
   counted(*what, work);
+  std::printf("%d\n", kRounds);
   return 0;
 }
 

@@ -95,6 +95,22 @@ TEST_F(ScriptValues, ComeBackWithTheirType) {
     EXPECT_EQ(value_of(expression), output) << expression;
 }
 
+// U+FFFD stands for what is no text, beside what could be kept in one byte a character too.
+TEST_F(ScriptValues, OfTheComponentThatAreNoTextComeAsReplacements) {
+  const std::vector<ExpressionCase> cases = {
+      {"a\xC3", "a\xEF\xBF\xBD"},
+      {"\xC3(", "\xEF\xBF\xBD("},
+      {"\xE9", "\xEF\xBF\xBD"},
+      {"\x80", "\xEF\xBF\xBD"},
+      {"\xC3\xA9\xC2", "\xC3\xA9\xEF\xBF\xBD"},
+      {"\xC3\xA9\xC4\x80", "\xC3\xA9\xC4\x80"},
+  };
+  for (const auto& [given, output] : cases) {
+    application_->Value("t", Variant(std::string(given)));
+    EXPECT_EQ(value_of("Application('t')"), output) << output;
+  }
+}
+
 TEST_F(ScriptValues, AreWrittenAsTheComponentWritesThem) {
   const std::vector<ExpressionCase> cases = {{"1.5", "1,5"},
                                              {"1000000", "1000000"},

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <ctime>
 #include <thread>
 
@@ -23,12 +24,19 @@ std::time_t as_system_time(const CivilTime& t) {
   return std::mktime(&local);
 }
 
-TEST(Clock, IsTheSystemsLocalTime) {
+void expect_system_time() {
   const std::time_t before = std::time(nullptr);
   const std::time_t now = as_system_time(clock_now().civil());
   const std::time_t after = std::time(nullptr);
   EXPECT_LE(before, now);
   EXPECT_LE(now, after);
+}
+
+TEST(Clock, IsTheSystemsLocalTimeInTheNextSecondToo) {
+  expect_system_time();
+  const std::time_t first = std::time(nullptr);
+  while (std::time(nullptr) == first) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  expect_system_time();
 }
 
 TEST(Clock, PartsAreTheDayAndTheTime) {
