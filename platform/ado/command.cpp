@@ -13,6 +13,7 @@
 #include "platform/ado/field_conversion.h"
 #include "platform/ado/name_compare.h"
 #include "platform/ado/recordset_impl.h"
+#include "platform/ado/spare_recordsets.h"
 
 namespace pelm::ado {
 namespace {
@@ -173,7 +174,7 @@ Parameter& Command::Parameters(std::string_view name) const {
 }
 
 std::shared_ptr<Recordset> Command::Execute(std::int32_t* records_affected, std::int32_t options) {
-  auto rows = std::make_shared<Recordset>();
+  auto rows = make_recordset();
   const std::int32_t affected = impl_->run_into(RecordsetImpl::of(*rows), kCommandSource, options);
   if (records_affected != nullptr) *records_affected = affected;
   return rows;

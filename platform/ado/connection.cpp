@@ -12,6 +12,7 @@
 #include "platform/ado/error_source.h"
 #include "platform/ado/name_compare.h"
 #include "platform/ado/recordset_impl.h"
+#include "platform/ado/spare_recordsets.h"
 
 namespace pelm::ado {
 namespace {
@@ -60,6 +61,25 @@ ConnectionImpl& ConnectionImpl::opened(const Connection* connection, std::string
 }
 
 void ConnectionImpl::open(std::string_view user, std::string_view password) {
+  const std::string words = opening_words(user, password);
+  lease_ = acquire_session_again(words);
+  if (!lease_) lease_ = session_for(user, password, words);
+  timeout_set_ = -1;
+  in_transaction_ = false;
+}
+
+std::string ConnectionImpl::opening_words(std::string_view user, std::string_view password) const {
+  constexpr char kEnd = '\0';
+  std::string words;
+  words.reserve(connection_string.size() + user.size() + password.size() + 8);
+  words += connection_string;
+  for (const std::string_view word : {user, password}) (words += kEnd) += word;
+  (words += kEnd) += std::to_string(mode);
+  return words;
+}
+
+SessionLease ConnectionImpl::session_for(std::string_view user, std::string_view password,
+                                         std::string_view words) const {
   SessionSettings settings;
   settings.properties = ConnectionString::parse(connection_string);
   settings.connection_timeout = connection_timeout;
@@ -70,9 +90,7 @@ void ConnectionImpl::open(std::string_view user, std::string_view password) {
   const bool odbc = same_name(name, kOdbcProvider);
   if (!user.empty()) settings.properties.set(odbc ? "UID" : "User ID", std::string(user));
   if (!password.empty()) settings.properties.set(odbc ? "PWD" : "Password", std::string(password));
-  lease_ = acquire_session(provider, settings);
-  timeout_set_ = -1;
-  in_transaction_ = false;
+  return acquire_session(provider, settings, words);
 }
 
 void ConnectionImpl::close() noexcept {
@@ -221,7 +239,7 @@ std::shared_ptr<Recordset> Connection::Execute(std::string_view command_text,
   statement.kind = command_type_of(options);
   statement.timeout = c.command_timeout;
   statement.keep_rows = !has_option(options, adExecuteNoRecords);
-  auto result = std::make_shared<Recordset>();
+  auto result = make_recordset();
   auto self = std::static_pointer_cast<Connection>(weak_from_this().lock());
   const std::int32_t affected = RecordsetImpl::of(*result).run(c, std::move(self), statement);
   if (records_affected != nullptr) *records_affected = affected;

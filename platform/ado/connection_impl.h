@@ -62,6 +62,10 @@ class ConnectionImpl {
   IsolationLevelEnum isolation_level = adXactReadCommitted;
 
  private:
+  /// All that a session is opened from.
+  std::string opening_words(std::string_view user, std::string_view password) const;
+  SessionLease session_for(std::string_view user, std::string_view password,
+                           std::string_view words) const;
   Session& session_with(std::int32_t timeout);
 
   SessionLease lease_;

@@ -56,8 +56,6 @@ class EditBuffer {
   std::span<const ColumnIndex> columns() const noexcept { return columns_; }
   std::span<const Variant> values() const noexcept { return values_; }
   Variant&& take_value(std::size_t i) noexcept { return std::move(values_[i]); }
-  /// Leaves an edit without columns, to be dropped.
-  std::vector<ColumnIndex> take_columns() noexcept { return std::move(columns_); }
 
  private:
   static constexpr std::size_t kUsualEdit = 8;  // columns; more than that make it grow

@@ -8,6 +8,7 @@
 #include "platform/ado/command_impl.h"
 #include "platform/ado/error_source.h"
 #include "platform/ado/recordset_impl.h"
+#include "platform/ado/spare_recordsets.h"
 
 namespace pelm::ado {
 namespace {
@@ -29,9 +30,9 @@ Field& Field::operator=(Variant v) {
 }
 Variant Field::OriginalValue() const { return owner_->original_value(index_); }
 
-Recordset::Recordset() : impl_(std::make_unique<RecordsetImpl>()) {}
+Recordset::Recordset() : impl_(take_recordset_impl()) {}
 
-Recordset::~Recordset() = default;
+Recordset::~Recordset() { keep_recordset_impl(std::move(impl_)); }
 
 CursorLocationEnum Recordset::CursorLocation() const {
   if (impl_->cursor_location) return *impl_->cursor_location;

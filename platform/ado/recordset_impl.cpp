@@ -3,17 +3,20 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 #include <utility>
 
 #include "pelm/conversions.h"
 #include "pelm/error.h"
+#include "platform/ado/column_named.h"
 #include "platform/ado/error_source.h"
 #include "platform/ado/field_conversion.h"
-#include "platform/ado/name_compare.h"
 #include "platform/ado/table_name.h"
 
 namespace pelm::ado {
 namespace {
+
+constexpr std::size_t kLongestSourceKept = 1024;
 
 std::int32_t clipped(std::int64_t n) noexcept {
   using Long = std::numeric_limits<std::int32_t>;
@@ -24,6 +27,15 @@ std::int32_t clipped(std::int64_t n) noexcept {
 
 RecordsetImpl::~RecordsetImpl() {
   if (link_ != nullptr) link_->detach(*this);
+}
+
+void RecordsetImpl::renew() noexcept {
+  if (link_ != nullptr) {
+    link_->detach(*this);
+    release();
+  }
+  if (source.capacity() > kLongestSourceKept) std::string().swap(source);
+  static_cast<RecordsetProperties&>(*this) = {};
 }
 
 void RecordsetImpl::check_open(std::string_view asked) const {
@@ -47,7 +59,7 @@ std::int32_t RecordsetImpl::run(ConnectionImpl& link, std::shared_ptr<Connection
                                 const Statement& statement) {
   timeout_ = statement.timeout;
   const std::int32_t affected = run_by_kind(link, statement);
-  source = shown_text(statement.text, statement.kind, statement.arguments, true);
+  show_text(source, statement.text, statement.kind, statement.arguments, true);
   connection = std::move(owner);
   if (columns_ == nullptr) return affected;
   link.attach(*this);
@@ -114,7 +126,7 @@ void RecordsetImpl::read_table() {
   read.reset(columns_->size());
   read.read(*cursor, row_limit());
   rows_ = std::move(read);
-  added_.clear();
+  forget_added_rows();
   row_ = 0;
   unread_ = false;
 }
@@ -134,10 +146,10 @@ void RecordsetImpl::connection_closes() noexcept {
 void RecordsetImpl::release() noexcept {
   link_ = nullptr;
   edit_.drop();
-  rows_ = RowStore();
+  rows_.reset(0);
   columns_.reset();
   target_.reset();
-  added_.clear();
+  forget_added_rows();
   unread_ = false;
 }
 
@@ -260,14 +272,8 @@ void RecordsetImpl::move_to(std::int32_t position) {
 }
 
 std::size_t RecordsetImpl::find_column(std::string_view name) const {
-  if (columns_ != nullptr) {
-    std::size_t i = 0;
-    for (const Column& c : *columns_) {
-      if (same_name(c.name, name)) return i;
-      ++i;
-    }
-  }
-  raise_error(error_number::kItemNotFound, kFieldsSource, "(" + std::string(name) + ")");
+  if (columns_ == nullptr) raise_no_such_column(name);
+  return column_named(*columns_, name);
 }
 
 const Column& RecordsetImpl::column(std::size_t index) const {
@@ -348,8 +354,10 @@ void RecordsetImpl::keep_added_row() {
   const std::size_t row = rows_.append();
   keep_values(row);
   row_ = static_cast<std::ptrdiff_t>(row);
-  if (edit_.columns().size() < column_count()) {
-    added_.push_back({row, link_->changes(), edit_.take_columns()});
+  const std::span<const ColumnIndex> assigned = edit_.columns();
+  if (assigned.size() < column_count()) {
+    added_.push_back({row, link_->changes(), added_columns_.size(), assigned.size()});
+    added_columns_.insert(added_columns_.end(), assigned.begin(), assigned.end());
   }
 }
 
@@ -359,10 +367,17 @@ void RecordsetImpl::complete_added_row(std::optional<ColumnIndex> asked) {
   const auto row = static_cast<std::size_t>(row_);
   const auto added = std::ranges::lower_bound(added_, row, {}, &AddedRow::row);
   if (added == added_.end() || added->row != row) return;
-  if (asked && std::ranges::find(added->assigned, *asked) != added->assigned.end()) return;
-  target().read_added_row(*link_, rows_, row, added->assigned, link_->changes() == added->change,
+  const auto assigned =
+      std::span<const ColumnIndex>(added_columns_).subspan(added->assigned, added->assignments);
+  if (asked && std::ranges::find(assigned, *asked) != assigned.end()) return;
+  target().read_added_row(*link_, rows_, row, assigned, link_->changes() == added->change,
                           timeout_);
   added_.erase(added);
+}
+
+void RecordsetImpl::forget_added_rows() noexcept {
+  added_.clear();
+  added_columns_.clear();
 }
 
 void RecordsetImpl::cancel_update() {

@@ -18,10 +18,26 @@
 
 namespace pelm::ado {
 
+/// What a page may set and ask back.
+struct RecordsetProperties {
+  std::optional<CursorLocationEnum> cursor_location;  // unset: the connection's
+  CursorTypeEnum cursor_type = adOpenForwardOnly;
+  LockTypeEnum lock_type = adLockReadOnly;
+  std::int32_t page_size = 10;
+  std::int32_t cache_size = 1;
+  std::int32_t max_records = 0;
+  std::string source;
+  std::shared_ptr<Connection> connection;
+
+  /// Its fields as one object, for callers by name: kept without being owned, so that it is the
+  /// same one for as long as somebody holds it.
+  std::weak_ptr<Object> fields_by_name;
+};
+
 /// A query's rows are read when it opens. A table's are not read before somebody asks where the
 /// record set stands or what a row holds; until then `unread_` is true, and the rows held are
 /// those added meanwhile.
-class RecordsetImpl final : private Attached {
+class RecordsetImpl final : public RecordsetProperties, private Attached {
  public:
   static RecordsetImpl& of(const Recordset& recordset) { return *recordset.impl_; }
 
@@ -29,6 +45,8 @@ class RecordsetImpl final : private Attached {
   RecordsetImpl(const RecordsetImpl&) = delete;
   RecordsetImpl& operator=(const RecordsetImpl&) = delete;
   ~RecordsetImpl();
+  /// As new, but for the memory it has grown.
+  void renew() noexcept;
 
   // Opening and closing.
   /// Runs a statement and holds its rows; stays closed where there are none. Returns the count of
@@ -70,26 +88,13 @@ class RecordsetImpl final : private Attached {
   void cancel_update();
   void remove();
 
-  // The properties, as a page set them.
-  std::optional<CursorLocationEnum> cursor_location;  // unset: the connection's
-  CursorTypeEnum cursor_type = adOpenForwardOnly;
-  LockTypeEnum lock_type = adLockReadOnly;
-  std::int32_t page_size = 10;
-  std::int32_t cache_size = 1;
-  std::int32_t max_records = 0;
-  std::string source;
-  std::shared_ptr<Connection> connection;
-
-  /// Its fields as one object, for callers by name: kept without being owned, so that it is the
-  /// same one for as long as somebody holds it.
-  std::weak_ptr<Object> fields_by_name;
-
  private:
   /// A row added here, of which only the assigned columns are known.
   struct AddedRow {
     std::size_t row;
     std::uint64_t change;  // the connection's count when it was stored
-    std::vector<ColumnIndex> assigned;
+    std::size_t assigned;  // where its columns begin in added_columns_
+    std::size_t assignments;
   };
 
   void connection_closes() noexcept override;
@@ -115,6 +120,7 @@ class RecordsetImpl final : private Attached {
   void keep_values(std::size_t row);
   void keep_added_row();
   void complete_added_row(std::optional<ColumnIndex> asked);
+  void forget_added_rows() noexcept;
 
   ConnectionImpl* link_ = nullptr;  // null: closed
   std::int32_t timeout_ = 30;
@@ -126,6 +132,7 @@ class RecordsetImpl final : private Attached {
   EditBuffer edit_;
   std::shared_ptr<const UpdateTarget> target_;
   std::vector<AddedRow> added_;  // by row
+  std::vector<ColumnIndex> added_columns_;
 };
 
 }  // namespace pelm::ado

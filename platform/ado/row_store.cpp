@@ -4,11 +4,17 @@
 #include <utility>
 
 namespace pelm::ado {
+namespace {
+
+constexpr std::size_t kMostCellsKept = 256;
+
+}  // namespace
 
 void RowStore::reset(std::size_t columns) {
   columns_ = columns;
   size_ = 0;
   cells_.clear();
+  if (cells_.capacity() > kMostCellsKept) std::vector<Variant>().swap(cells_);
   more_.reset();
 }
 

@@ -17,7 +17,7 @@ namespace pelm::ado {
 /// Rows keep their number while others are erased; an erased one counts in `size`, not in `live`.
 class RowStore {
  public:
-  /// Drops every row.
+  /// Drops every row; the memory of a few is kept for the next.
   void reset(std::size_t columns);
   /// Appends the rows of a cursor up to its end or to `limit` rows in all; 0 is no limit.
   void read(Cursor& cursor, std::size_t limit);

@@ -14,10 +14,12 @@ class Pool {
  public:
   Pool() { idle_.reserve(kMaxIdleSessions); }
 
-  Idle take(const Provider* provider, std::string_view key) {
+  /// Null when there is none that fits.
+  template <class Fits>
+  Idle take(Fits&& fits) {
     const std::lock_guard lock(mutex_);
     for (auto it = idle_.rbegin(); it != idle_.rend(); ++it) {  // the warmest first
-      if ((*it)->provider.get() != provider || (*it)->key != key) continue;
+      if (!fits(**it)) continue;
       Idle found = std::move(*it);
       idle_.erase(std::next(it).base());
       return found;
@@ -107,17 +109,39 @@ void SessionLease::give_back() noexcept {
   if (usable && !session->key.empty()) session = pool().keep(std::move(session));
 }
 
+namespace {
+
+/// Lost sessions among those that fit are dropped.
+template <class Fits>
+Idle take_usable(const Fits& fits) {
+  Idle idle = pool().take(fits);
+  while (idle != nullptr && !idle->session->reset()) idle = pool().take(fits);
+  return idle;
+}
+
+}  // namespace
+
+SessionLease acquire_session_again(std::string_view words) {
+  Idle idle = take_usable([&](const PooledSession& s) { return s.words == words; });
+  const bool replaced = idle != nullptr && find_provider(idle->provider->name()) != idle->provider;
+  return SessionLease(replaced ? nullptr : std::move(idle));
+}
+
 SessionLease acquire_session(const std::shared_ptr<Provider>& provider,
-                             const SessionSettings& settings) {
+                             const SessionSettings& settings, std::string_view words) {
   std::string key = provider->pool_key(settings);
   if (!key.empty()) {
-    while (Idle idle = pool().take(provider.get(), key)) {
-      if (idle->session->reset()) return SessionLease(std::move(idle));
+    Idle idle =
+        take_usable([&](const PooledSession& s) { return s.provider == provider && s.key == key; });
+    if (idle != nullptr) {
+      idle->words = words;
+      return SessionLease(std::move(idle));
     }
   }
   auto opened = std::make_unique<PooledSession>();
   opened->provider = provider;
   opened->key = std::move(key);
+  opened->words = words;
   opened->session = provider->connect(settings);
   return SessionLease(std::move(opened));
 }

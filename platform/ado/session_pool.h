@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/ado/known_targets.h"
@@ -19,6 +20,7 @@ namespace pelm::ado {
 struct PooledSession {
   std::shared_ptr<Provider> provider;  // outlives its session
   std::string key;                     // empty: not to be pooled
+  std::string words;                   // what it was last asked for with
   std::unique_ptr<Session> session;
   StatementTexts texts;
   KnownTargets targets;
@@ -51,10 +53,14 @@ class SessionLease {
 /// At most this many sessions stay idle, whatever their kinds; beyond it the longest idle goes.
 inline constexpr std::size_t kMaxIdleSessions = 64;
 
-/// An idle session of the same provider object and pool key, else a new one. Raises what
-/// `Provider::connect` raises.
+/// An idle session that was asked for with the very same words, which then need not be read; an
+/// empty lease when there is none.
+SessionLease acquire_session_again(std::string_view words);
+
+/// An idle session of the same provider object and pool key, else a new one. `words` say all that
+/// the settings were read from. Raises what `Provider::connect` raises.
 SessionLease acquire_session(const std::shared_ptr<Provider>& provider,
-                             const SessionSettings& settings);
+                             const SessionSettings& settings, std::string_view words);
 
 /// Closes the idle sessions: those of one provider, or all. Those in use are not touched.
 void empty_session_pool(const Provider* only_of = nullptr) noexcept;

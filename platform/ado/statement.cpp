@@ -17,15 +17,25 @@ bool has_option(std::int32_t options, std::int32_t option) noexcept {
 
 std::string shown_text(std::string_view text, CommandTypeEnum kind,
                        std::span<const ProcedureArgument> called_with, bool called) {
+  std::string shown;
+  show_text(shown, text, kind, called_with, called);
+  return shown;
+}
+
+void show_text(std::string& shown, std::string_view text, CommandTypeEnum kind,
+               std::span<const ProcedureArgument> called_with, bool called) {
   if (kind == adCmdTable) {
     constexpr std::string_view kAll = "select * from ";
-    std::string shown;
     shown.reserve(kAll.size() + text.size());
-    return shown.append(kAll).append(text);
+    shown.assign(kAll).append(text);
+    return;
   }
-  if (kind != adCmdStoredProc || !called) return std::string(text);
+  if (kind != adCmdStoredProc || !called) {
+    shown = text;
+    return;
+  }
   const bool returns = !called_with.empty() && called_with[0].direction == adParamReturnValue;
-  std::string shown = returns ? "{ ? = call " : "{ call ";
+  shown = returns ? "{ ? = call " : "{ call ";
   shown += text;
   std::string_view separator = "(";
   for (std::size_t i = returns ? 1 : 0; i < called_with.size(); ++i) {
@@ -34,7 +44,7 @@ std::string shown_text(std::string_view text, CommandTypeEnum kind,
     separator = ", ";
   }
   if (separator == ", ") shown += ')';
-  return shown + " }";
+  shown += " }";
 }
 
 }  // namespace pelm::ado

@@ -30,5 +30,8 @@ bool has_option(std::int32_t options, std::int32_t option) noexcept;
 /// called as its call; any other unchanged.
 std::string shown_text(std::string_view text, CommandTypeEnum kind,
                        std::span<const ProcedureArgument> called_with = {}, bool called = false);
+/// The same into a text that is there already, of which `text` must be no part.
+void show_text(std::string& shown, std::string_view text, CommandTypeEnum kind,
+               std::span<const ProcedureArgument> called_with = {}, bool called = false);
 
 }  // namespace pelm::ado

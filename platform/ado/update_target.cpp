@@ -195,7 +195,7 @@ void UpdateTarget::remove(ConnectionImpl& connection, const RowStore& rows, std:
 }
 
 void UpdateTarget::read_added_row(ConnectionImpl& connection, RowStore& rows, std::size_t row,
-                                  const std::vector<ColumnIndex>& assigned, bool identity_is_ours,
+                                  std::span<const ColumnIndex> assigned, bool identity_is_ours,
                                   std::int32_t timeout) const {
   const Session& session = connection.session();
   Search search;

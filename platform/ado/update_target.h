@@ -40,7 +40,7 @@ class UpdateTarget {
   /// `assigned` values are in the row; `identity_is_ours` says that the last number given by the
   /// engine was given to this row. Leaves the row as it is where it cannot be found again.
   void read_added_row(ConnectionImpl& connection, RowStore& rows, std::size_t row,
-                      const std::vector<ColumnIndex>& assigned, bool identity_is_ours,
+                      std::span<const ColumnIndex> assigned, bool identity_is_ours,
                       std::int32_t timeout) const;
 
  private:

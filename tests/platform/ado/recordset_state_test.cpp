@@ -187,6 +187,58 @@ TEST_P(RecordsetOpen, FromItsOwnProperties) {
   EXPECT_EQ(rs.Fields("tres").Value(), Variant(3));
 }
 
+// Record sets that follow one another share their memory.
+TEST_P(RecordsetOpen, ANewOneHasNothingOfTheOneBefore) {
+  create_pessoa();
+  const auto expect_new = [&](Recordset& rs) {
+    EXPECT_EQ(rs.State(), adStateClosed);
+    EXPECT_EQ(rs.Source(), "");
+    EXPECT_EQ(rs.ActiveConnection(), nullptr);
+    EXPECT_EQ(rs.CursorLocation(), adUseServer);
+    EXPECT_EQ(rs.CursorType(), adOpenForwardOnly);
+    EXPECT_EQ(rs.LockType(), adLockReadOnly);
+    EXPECT_EQ(rs.PageSize(), 10);
+    EXPECT_EQ(rs.CacheSize(), 1);
+    EXPECT_EQ(rs.MaxRecords(), 0);
+    EXPECT_EQ(rs.FieldCount(), 0U);
+  };
+  const std::function<void(Recordset&)> kLeftBehind[] = {
+      [&](Recordset& rs) {
+        rs.CursorLocation(adUseClient);
+        rs.PageSize(3);
+        rs.CacheSize(5);
+        rs.MaxRecords(1);
+        rs.Open("select 1 as um union select 2", connection, adOpenStatic, adLockOptimistic);
+      },
+      [&](Recordset& rs) {
+        rs.Open("pessoa", connection, adOpenKeyset, adLockOptimistic, adCmdTable);
+        rs.AddNew();
+        rs.Fields("oid") = std::int32_t{8};
+        rs.Fields("nome") = "Ana";
+        rs.Update();
+        rs.AddNew();
+        rs.Fields("oid") = std::int32_t{9};
+      },
+      [&](Recordset& rs) {
+        rs.Open("select * from pessoa", connection, adOpenDynamic, adLockOptimistic);
+        rs.Fields("nome") = "Bia";
+      },
+      [&](Recordset& rs) { rs.Source(std::string(5000, 'x')); },
+  };
+  for (const auto& use : kLeftBehind) {
+    {
+      Recordset rs;
+      expect_new(rs);
+      use(rs);
+    }
+    Recordset next;
+    expect_new(next);
+    next.Open("select oid, nome from pessoa where oid > 8", connection, adOpenStatic);
+    EXPECT_EQ(next.RecordCount(), 0);
+  }
+  EXPECT_EQ(stored("select nome from pessoa"), Variant("Ana"));
+}
+
 TEST_P(RecordsetOpen, AFieldOfAClosedOneSaysSo) {
   const auto rs = query("select 1 as um");
   const Field f = rs->Fields("um");

@@ -80,7 +80,7 @@ class SessionPool : public ::testing::Test {
   }
 
   SessionLease acquire(std::string_view text = "a=1") {
-    return acquire_session(provider_, {.properties = ConnectionString::parse(text)});
+    return acquire_session(provider_, {.properties = ConnectionString::parse(text)}, text);
   }
   Tally& tally() { return provider_->tally; }
   static int number_of(const SessionLease& lease) {
@@ -120,11 +120,43 @@ TEST_F(SessionPool, KeepsKindsApart) {
 TEST_F(SessionPool, KeepsProvidersApart) {
   acquire();
   const auto other = std::make_shared<PlainProvider>();
-  acquire_session(other, {.properties = ConnectionString::parse("a=1")});
+  acquire_session(other, {.properties = ConnectionString::parse("a=1")}, "a=1");
   EXPECT_EQ(other->tally.opened, 1);
   empty_session_pool(other.get());
   EXPECT_EQ(other->tally.closed, 1);
   EXPECT_EQ(session_counts().idle, 1U);
+}
+
+class SessionPoolByWords : public SessionPool {
+ protected:
+  SessionPoolByWords() { register_provider(provider_); }
+  ~SessionPoolByWords() override { register_provider(std::make_shared<PlainProvider>()); }
+};
+
+TEST_F(SessionPoolByWords, HandsOutTheSessionLastAskedForWithTheSameWords) {
+  const Session* first = &acquire("a=1").session();
+  EXPECT_FALSE(acquire_session_again("A = 1"));
+  EXPECT_EQ(&acquire_session_again("a=1").session(), first);
+  EXPECT_EQ(&acquire("A = 1").session(), first);  // the same thing in other words
+  EXPECT_EQ(&acquire_session_again("A = 1").session(), first);
+  EXPECT_FALSE(acquire_session_again("a=1"));
+  EXPECT_EQ(tally().opened, 1);
+}
+
+TEST_F(SessionPoolByWords, ResetsWhatItHandsOutAndDropsWhatIsLost) {
+  acquire("a=1");
+  EXPECT_TRUE(acquire_session_again("a=1"));
+  EXPECT_EQ(tally().reset, 3);
+  tally().lost = true;
+  EXPECT_FALSE(acquire_session_again("a=1"));
+  EXPECT_EQ(tally().closed, 1);
+}
+
+TEST_F(SessionPoolByWords, HasNoneOfAProviderThatWasReplaced) {
+  SessionLease lease = acquire("a=1");
+  register_provider(std::make_shared<PlainProvider>());
+  lease.give_back();
+  EXPECT_FALSE(acquire_session_again("a=1"));
 }
 
 TEST_F(SessionPool, NeverKeepsASessionWithoutAKey) {
