@@ -63,17 +63,9 @@ std::chrono::nanoseconds coarse_now() noexcept {
 
 }  // namespace
 
-std::unique_ptr<Prepared> Catalog::prepare(const std::string& sql) const {
-  sqlite3_stmt* statement = nullptr;
-  const int code = sqlite3_prepare_v3(database_.handle(), sql.c_str(), static_cast<int>(sql.size()),
-                                      SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
-  if (code != SQLITE_OK) database_.fail(code, sql);
-  return std::make_unique<Prepared>(Prepared::Statement(statement));
-}
-
 // True for a row.
-bool Catalog::step(const Prepared& prepared, const std::string& sql) const {
-  const int code = sqlite3_step(prepared.statement());
+bool Catalog::step(sqlite3_stmt* statement, std::string_view sql) const {
+  const int code = sqlite3_step(statement);
   if (code == SQLITE_ROW) return true;
   if (code != SQLITE_DONE) {
     database_.watchdog().restart();
@@ -90,12 +82,12 @@ bool Catalog::is_trusted() const {
 void Catalog::look_at_version() {
   const std::string sql = "PRAGMA schema_version";
   database_.watchdog().restart();
-  if (version_probe_ == nullptr) version_probe_ = prepare(sql);
+  if (version_probe_ == nullptr) version_probe_ = database_.prepare(sql);
   changes_seen_ = g_changes.load();  // before: a change meanwhile makes it look again
   looked_at_ = coarse_now();
-  step(*version_probe_, sql);
-  version_ = sqlite3_column_int64(version_probe_->statement(), 0);
-  sqlite3_reset(version_probe_->statement());
+  step(version_probe_.get(), sql);
+  version_ = sqlite3_column_int64(version_probe_.get(), 0);
+  sqlite3_reset(version_probe_.get());
 }
 
 void Catalog::definitions_changed() {
@@ -119,7 +111,7 @@ SharedColumns Catalog::describe(std::string_view written) {
 SharedColumns Catalog::read_table(const std::string& name) const {
   database_.watchdog().restart();
   const std::string sql = "SELECT * FROM " + quoted_name(name) + " LIMIT 0";
-  step(*prepare(sql), sql);
+  step(database_.prepare(sql).get(), sql);
   return read_columns(name);
 }
 
@@ -130,23 +122,23 @@ std::vector<std::string> Catalog::key_of(const std::string& name, bool& rowid_ke
       " JOIN pragma_index_info(l.name) AS i"
       " LEFT JOIN pragma_table_info(?1) AS x ON x.name = i.name"
       " WHERE l.\"unique\" AND NOT l.partial ORDER BY l.origin <> 'pk', l.seq, i.seqno";
-  const std::unique_ptr<Prepared> query = prepare(sql);
-  sqlite3_bind_text(query->statement(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+  const StatementHandle query = database_.prepare(sql);
+  sqlite3_bind_text(query.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
   std::vector<std::string> key;
   std::string index;
   bool usable = false;
-  while (step(*query, sql)) {
-    const std::string here = column_text(query->statement(), 1);
+  while (step(query.get(), sql)) {
+    const std::string here = column_text(query.get(), 1);
     if (here != index) {
       if (usable) break;
       index = here;
       key.clear();
       usable = true;
     }
-    const bool primary = column_text(query->statement(), 0) == "pk";
-    usable = usable && (primary || sqlite3_column_int(query->statement(), 3) != 0);
+    const bool primary = column_text(query.get(), 0) == "pk";
+    usable = usable && (primary || sqlite3_column_int(query.get(), 3) != 0);
     if (primary) rowid_key = false;
-    key.push_back(column_text(query->statement(), 2));
+    key.push_back(column_text(query.get(), 2));
   }
   return usable ? key : std::vector<std::string>{};
 }
@@ -156,18 +148,18 @@ SharedColumns Catalog::read_columns(const std::string& name) const {
   const std::string sql =
       "SELECT name, type, \"notnull\", pk FROM pragma_table_xinfo(?1) WHERE hidden <> 1 ORDER BY "
       "cid";
-  const std::unique_ptr<Prepared> query = prepare(sql);
-  sqlite3_bind_text(query->statement(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
+  const StatementHandle query = database_.prepare(sql);
+  sqlite3_bind_text(query.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
   auto columns = std::make_shared<std::vector<Column>>();
   std::size_t primary = 0;
   std::size_t rowid_column = 0;
   bool integer_key = false;
-  while (step(*query, sql)) {
-    const std::string type = column_text(query->statement(), 1);
+  while (step(query.get(), sql)) {
+    const std::string type = column_text(query.get(), 1);
     Column column = column_of_declaration(type);
-    column.name = column_text(query->statement(), 0);
-    column.nullable = sqlite3_column_int(query->statement(), 2) == 0;
-    if (sqlite3_column_int(query->statement(), 3) > 0) {
+    column.name = column_text(query.get(), 0);
+    column.nullable = sqlite3_column_int(query.get(), 2) == 0;
+    if (sqlite3_column_int(query.get(), 3) > 0) {
       ++primary;
       column.key = true;
       rowid_column = columns->size();
@@ -195,20 +187,20 @@ void Catalog::refresh() {
       "SELECT name FROM sqlite_schema WHERE type IN ('table', 'view') UNION ALL "
       "SELECT name FROM sqlite_temp_schema WHERE type IN ('table', 'view')";
   const std::string columns = "SELECT name, type FROM pragma_table_info(?1)";
-  const std::unique_ptr<Prepared> outer = prepare(tables);
-  const std::unique_ptr<Prepared> inner = prepare(columns);
-  while (step(*outer, tables)) {
-    const std::string table = column_text(outer->statement(), 0);
+  const StatementHandle outer = database_.prepare(tables);
+  const StatementHandle inner = database_.prepare(columns);
+  while (step(outer.get(), tables)) {
+    const std::string table = column_text(outer.get(), 0);
     std::vector<NamedColumn>& list = names_[capitals(table)];
-    sqlite3_bind_text(inner->statement(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
+    sqlite3_bind_text(inner.get(), 1, table.c_str(), -1, SQLITE_TRANSIENT);
     // A view over a table that is gone has no columns, and is no reason to know none at all.
-    while (sqlite3_step(inner->statement()) == SQLITE_ROW) {
-      const Column column = column_of_declaration(column_text(inner->statement(), 1));
-      const std::string name = column_text(inner->statement(), 0);
+    while (sqlite3_step(inner.get()) == SQLITE_ROW) {
+      const Column column = column_of_declaration(column_text(inner.get(), 1));
+      const std::string name = column_text(inner.get(), 0);
       list.push_back(
           {name, value_type(column.type), is_case_blind(database_.handle(), table, name)});
     }
-    sqlite3_reset(inner->statement());
+    sqlite3_reset(inner.get());
   }
   names_version_ = version_;
 }

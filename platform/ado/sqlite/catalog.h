@@ -12,7 +12,6 @@
 #include "platform/ado/provider.h"
 #include "platform/ado/sqlite/database.h"
 #include "platform/ado/sqlite/dialect.h"
-#include "platform/ado/sqlite/statement_cache.h"
 
 namespace pelm::ado::sqlite {
 
@@ -48,8 +47,7 @@ class Catalog : public SchemaNames {
     SharedColumns columns;
     std::int64_t version;  // of the definitions that it was read from
   };
-  std::unique_ptr<Prepared> prepare(const std::string& sql) const;
-  bool step(const Prepared& prepared, const std::string& sql) const;
+  bool step(sqlite3_stmt* statement, std::string_view sql) const;
   bool is_trusted() const;
   void look_at_version();
   SharedColumns read_table(const std::string& name) const;
@@ -60,7 +58,7 @@ class Catalog : public SchemaNames {
   std::map<std::string, Table, std::less<>> tables_;  // by the name as it was written
   std::map<std::string, std::vector<NamedColumn>, std::less<>> names_;
   std::int64_t names_version_ = kUnknownVersion;
-  std::unique_ptr<Prepared> version_probe_;
+  StatementHandle version_probe_;
   std::int64_t version_ = kUnknownVersion;  // of the definitions, when it was last looked at
   std::chrono::nanoseconds looked_at_{0};   // on the coarse clock
   std::uint64_t changes_seen_ = 0;          // of all sessions of the program, up to then

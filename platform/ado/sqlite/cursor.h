@@ -1,12 +1,14 @@
 /// Cursors of the embedded engine: over a running statement, over rows kept, over nothing.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "platform/ado/provider.h"
 #include "platform/ado/sqlite/catalog.h"
 #include "platform/ado/sqlite/statement_cache.h"
+#include "platform/value/thread_spares.h"
 
 namespace pelm::ado::sqlite {
 
@@ -15,6 +17,10 @@ class SqliteSession;
 class SqliteCursor final : public Cursor {
  public:
   SqliteCursor(SqliteSession& session, StatementLease lease);
+  static void* operator new(std::size_t) { return SpareMemory<SqliteCursor>().allocate(1); }
+  static void operator delete(void* memory) noexcept {
+    SpareMemory<SqliteCursor>().deallocate(static_cast<SqliteCursor*>(memory), 1);
+  }
 
   /// Runs to the first row, or to the end of a statement without rows. Raises.
   void start();

@@ -5,8 +5,10 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -58,6 +60,10 @@ std::string why_not_opened(const fs::path& path, bool read_only) {
 }
 
 }  // namespace
+
+void FinalizeStatement::operator()(sqlite3_stmt* statement) const noexcept {
+  sqlite3_finalize(statement);
+}
 
 void Database::Closer::operator()(sqlite3* db) const noexcept { sqlite3_close_v2(db); }
 
@@ -142,6 +148,27 @@ void Database::run(const char* sql) {
   watchdog_.restart();
   const int code = sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) fail(code, sql);
+}
+
+StatementHandle Database::prepare(std::string_view sql) const {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
+                                      SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  if (code != SQLITE_OK) fail(code, sql);
+  return StatementHandle(statement);
+}
+
+void Database::run_again(const char* sql) {
+  auto known = std::ranges::find(repeated_, sql, &Repeated::sql);
+  if (known == repeated_.end()) {
+    repeated_.push_back({sql, prepare(sql)});
+    known = std::prev(repeated_.end());
+  }
+  sqlite3_stmt* const statement = known->statement.get();
+  watchdog_.restart();
+  const int code = sqlite3_step(statement);
+  sqlite3_reset(statement);  // the engine's message stands until the next call
+  if (code != SQLITE_DONE) fail(code, sql);
 }
 
 std::string Database::reason(int code) const {

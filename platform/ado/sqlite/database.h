@@ -4,13 +4,20 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/ado/sqlite/connection_options.h"
 #include "platform/ado/sqlite/watchdog.h"
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace pelm::ado::sqlite {
+
+struct FinalizeStatement {
+  void operator()(sqlite3_stmt* statement) const noexcept;
+};
+using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 /// Write-ahead log, foreign keys on, "…" never a text, nothing beside the file but its log. Pages
 /// are not mapped into memory: a file cut short by another program would then end the process
@@ -32,6 +39,10 @@ class Database {
 
   /// Runs statements of our own that give no rows. Raises.
   void run(const char* sql);
+  /// The same for a single one, a constant, that is run time and again: it stays prepared.
+  void run_again(const char* sql);
+  /// One for repeated use. Raises.
+  StatementHandle prepare(std::string_view sql) const;
   /// Raises the engine's last error. `sql` is what was being run.
   [[noreturn]] void fail(int code, std::string_view sql) const;
 
@@ -44,9 +55,15 @@ class Database {
   void use_write_ahead_log();
   std::string reason(int code) const;
 
+  struct Repeated {
+    std::string_view sql;
+    StatementHandle statement;
+  };
+
   Options options_;
   std::string file_;  ///< absolute, for messages
   std::unique_ptr<sqlite3, Closer> handle_;
+  std::vector<Repeated> repeated_;
   Watchdog watchdog_;
   bool read_only_ = false;
 };

@@ -2,7 +2,9 @@
 #include "platform/ado/sqlite/procedures.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,52 +20,27 @@
 namespace pelm::ado::sqlite {
 namespace {
 
-struct Parameter {
-  std::string name;  ///< with its @
-  bool output = false;
-};
-
-struct Procedure {
-  std::string name;
-  std::vector<Parameter> parameters;
-  std::string script;
-};
-
 [[noreturn]] void refuse(const std::string& why) {
   raise_provider_error(error_number::kErrorsInCommand, why);
 }
 
-// "@de INTEGER, @novooid INTEGER OUTPUT"
-std::vector<Parameter> read_parameters(std::string_view text) {
-  std::vector<Parameter> out;
-  int depth = 0;
-  for (const Token& t : tokenize(text)) {
-    if (t.is_symbol("(")) ++depth;
-    if (t.is_symbol(")")) --depth;
-    if (t.is(TokenKind::Variable) && depth == 0) out.push_back({std::string(t.text), false});
-    if (!out.empty() && (t.is_word("OUTPUT") || t.is_word("OUT"))) out.back().output = true;
-  }
-  return out;
-}
-
-Procedure read_procedure(SqliteSession& session, std::string_view name) {
+std::shared_ptr<const Procedure> read_procedure(SqliteSession& session, std::string_view name) {
   constexpr std::string_view kQuery =
       "SELECT name, parameters, script FROM pelm_procedure WHERE name = ?";
   const std::vector<Token> tokens = tokenize(name);
-  const std::string bare = tokens.empty() ? std::string() : content_of(tokens.back());
-  const std::vector<Variant> key = {Variant(bare)};
+  const std::array key = {Variant(tokens.empty() ? std::string() : content_of(tokens.back()))};
   try {
     const auto cursor = session.run_one(kQuery, key, nullptr);
     if (cursor->next()) {
-      return {
-          to_text(cursor->value(0)),
-          read_parameters(cursor->value(1).is_null() ? std::string() : to_text(cursor->value(1))),
-          to_text(cursor->value(2))};
+      const Variant parameters = cursor->value(1);
+      return session.procedures().read(to_text(cursor->value(0)),
+                                       parameters.is_null() ? std::string() : to_text(parameters),
+                                       to_text(cursor->value(2)));
     }
   } catch (const Error& e) {
     if (e.number() != error_number::kNoTable) throw;
   }
-  refuse("Could not find stored procedure '" + bare + "'.");
+  refuse("Could not find stored procedure '" + key[0].text() + "'.");
 }
 
 // The procedure's transaction, or its part of the one that is open.
@@ -121,8 +98,9 @@ std::vector<ProcedureArgument*> matched(const Procedure& procedure,
            std::to_string(parameters.size()) + " known.");
   }
   const auto place_of = [&](const ProcedureArgument& a) {
-    return std::find_if(parameters.begin(), parameters.end(),
-                        [&](const Parameter& p) { return same_parameter(p.name, a.name); });
+    return std::find_if(parameters.begin(), parameters.end(), [&](const Procedure::Parameter& p) {
+      return same_parameter(p.name, a.name);
+    });
   };
   const auto known = static_cast<std::size_t>(
       std::count_if(given.begin(), given.end(),
@@ -150,7 +128,7 @@ std::vector<ProcedureArgument*> matched(const Procedure& procedure,
 Variables inputs(const Procedure& procedure, const std::vector<ProcedureArgument*>& given) {
   Variables out;
   for (std::size_t i = 0; i < given.size(); ++i) {
-    const Parameter& p = procedure.parameters[i];
+    const Procedure::Parameter& p = procedure.parameters[i];
     if (given[i] == nullptr && !p.output) {
       refuse("Procedure '" + procedure.name + "' expects parameter '" + p.name +
              "', which was not supplied.");
@@ -183,12 +161,8 @@ void take_outputs(const Procedure& procedure, const KeptCursor& rows, Outcome& o
 Outcome run_script(SqliteSession& session, const Procedure& procedure, const Variables& variables) {
   Outcome outcome;
   outcome.outputs.resize(procedure.parameters.size());
-  const std::vector<Token> tokens = tokenize(procedure.script);
-  for (const std::span<const Token> statement : split_statements(tokens)) {
-    const char* const begin = statement.front().text.data();
-    const char* const end = statement.back().text.data() + statement.back().text.size();
-    const auto cursor =
-        session.run_one({begin, static_cast<std::size_t>(end - begin)}, {}, &variables);
+  for (const std::string& statement : procedure.statements) {
+    const auto cursor = session.run_one(statement, {}, &variables);
     if (cursor->columns().empty()) {
       outcome.affected = std::max(outcome.affected, cursor->rows_affected());
       continue;
@@ -205,7 +179,8 @@ Outcome run_script(SqliteSession& session, const Procedure& procedure, const Var
 
 Outcome run_procedure(SqliteSession& session, std::string_view name,
                       std::span<ProcedureArgument> arguments) {
-  const Procedure procedure = read_procedure(session, name);
+  const std::shared_ptr<const Procedure> known = read_procedure(session, name);
+  const Procedure& procedure = *known;
   const std::vector<ProcedureArgument*> given = matched(procedure, arguments);
   const Variables variables = inputs(procedure, given);
   Atomic atomic(session);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace pelm::ado::sqlite {
 namespace {
@@ -63,59 +64,84 @@ std::optional<SeenTexts::Place> SeenTexts::place_in(std::string_view sql,
   return place;
 }
 
-bool SeenTexts::same(const Seen& seen, std::string_view sql, std::vector<Literal>& literals) {
-  std::size_t at = 0;      // in `sql`
-  std::size_t behind = 0;  // in the text seen
-  for (std::size_t i = 0; i < seen.literals.size(); ++i) {
-    const Place& place = seen.literals[i];
-    const std::size_t between = place.begin - behind;
-    if (sql.size() - at < between) return false;
-    if (!same_bytes(sql.data() + at, seen.text.data() + behind, between)) return false;
+// Leaves the literals of `sql` where it is.
+bool SeenTexts::same(const Seen& seen, std::string_view sql) {
+  if (seen.text.empty()) return false;
+  const char* at = sql.data();
+  const char* const end = at + sql.size();
+  const char* earlier = seen.text.data();  // where we are in the text seen
+  Literal* literal = literals_.data();
+  for (const Place& place : seen.literals) {
+    const char* const begins = seen.text.data() + place.begin;
+    const auto between = static_cast<std::size_t>(begins - earlier);
+    if (static_cast<std::size_t>(end - at) < between || !same_bytes(at, earlier, between)) {
+      return false;
+    }
     at += between;
-    behind = place.end;
-    const std::size_t begin = at;
-    Literal& literal = literals[i];
-    literal = {place.kind, 0, {}, false};
+    earlier = seen.text.data() + place.end;
+    const char* const begin = at;
+    std::int64_t number = 0;
     if (place.kind == Literal::Kind::Number) {
-      std::int64_t number = 0;
-      for (; at < sql.size() && is_digit(sql[at]); ++at) {
-        if (at - begin == kLongestNumber) return false;
-        number = number * 10 + (sql[at] - '0');
+      const char* const too_long = begin + kLongestNumber;
+      for (; at < end && is_digit(*at); ++at) {
+        if (at == too_long) return false;
+        number = number * 10 + (*at - '0');
       }
       if (at == begin) return false;
-      literal.number = number;
     } else {
       // A quote that is doubled, or closes too early, leaves no room for what must follow.
-      at = sql.find('\'', at);
-      if (at == std::string_view::npos) return false;
+      at = static_cast<const char*>(std::memchr(at, '\'', static_cast<std::size_t>(end - at)));
+      if (at == nullptr) return false;
     }
-    literal.text = sql.substr(begin, at - begin);
+    *literal++ = {place.kind, number, {begin, static_cast<std::size_t>(at - begin)}, false};
   }
-  return sql.substr(at) == std::string_view(seen.text).substr(behind);
+  const auto rest = static_cast<std::size_t>(seen.text.data() + seen.text.size() - earlier);
+  return static_cast<std::size_t>(end - at) == rest && same_bytes(at, earlier, rest);
 }
 
-const std::string* SeenTexts::find(std::string_view sql, std::vector<Literal>& literals) {
+SeenTexts::Seen& SeenTexts::arrive_at(std::size_t place) noexcept {
+  Seen& before = seen_[last_];
+  if (before.next != place) {
+    before.next_but_one = before.next;
+    before.next = static_cast<std::uint8_t>(place);
+  }
+  last_ = place;
+  return seen_[place];
+}
+
+SeenTexts::Known* SeenTexts::recognise(std::size_t place, std::string_view sql) {
+  if (!same(seen_[place], sql)) return nullptr;
+  literal_count_ = seen_[place].literals.size();
+  return &arrive_at(place).known;
+}
+
+// A page asks the same things in the same order for each of its rows, so the texts that came after
+// the last one are tried before any place is reckoned.
+SeenTexts::Known* SeenTexts::find(std::string_view sql) {
   if (sql.size() > kLongestText) return nullptr;
-  const Seen& seen = seen_[place_of(sql)];
-  if (seen.text.empty()) return nullptr;
-  literals.resize(seen.literals.size());
-  if (!same(seen, sql, literals)) return nullptr;
-  return &seen.shape;
+  if (Known* const likely = recognise(seen_[last_].next, sql)) return likely;
+  if (Known* const likely = recognise(seen_[last_].next_but_one, sql)) return likely;
+  const std::size_t place = place_of(sql);
+  if (Known* const there = recognise(place, sql)) return there;
+  return recognise(place ^ 1U, sql);
 }
 
-void SeenTexts::remember(std::string_view sql, std::span<const Literal> literals,
-                         const std::string& shape) {
-  if (sql.size() > kLongestText || literals.size() > kMostLiterals || literals.empty()) return;
-  Seen& seen = seen_[place_of(sql)];
+SeenTexts::Known* SeenTexts::remember(std::string_view sql, std::span<const Literal> literals,
+                                      const std::string& shape) {
+  if (sql.size() > kLongestText || literals.size() > kMostLiterals) return nullptr;
+  const std::size_t place = place_of(sql);
+  std::swap(seen_[place], seen_[place ^ 1U]);  // who stood there has moved aside
+  Seen& seen = arrive_at(place);
   seen.text.clear();
   seen.literals.clear();
   for (const Literal& literal : literals) {
-    const std::optional<Place> place = place_in(sql, literal);
-    if (!place) return;
-    seen.literals.push_back(*place);
+    const std::optional<Place> within = place_in(sql, literal);
+    if (!within) return nullptr;
+    seen.literals.push_back(*within);
   }
-  seen.shape = shape;
+  seen.known = {shape, nullptr};
   seen.text = sql;  // last: until then there is none
+  return &seen.known;
 }
 
 }  // namespace pelm::ado::sqlite

@@ -8,6 +8,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -18,19 +20,31 @@
 
 namespace pelm::ado::sqlite {
 
+struct Plan;
+
 class SeenTexts {
  public:
-  /// Fills `literals`, whose texts are parts of `sql`, and returns the shape; null when no earlier
-  /// text is like this one. The shape stands until the next `remember`.
-  const std::string* find(std::string_view sql, std::vector<Literal>& literals);
+  /// What all texts that are alike have in common.
+  struct Known {
+    std::string shape;
+    std::shared_ptr<Plan> plan;  ///< the caller's; null at first
+  };
 
-  /// After `sql` was read: its literals, in their order, and its shape. Long texts, and texts
-  /// whose literals touch other words, are not kept.
-  void remember(std::string_view sql, std::span<const Literal> literals, const std::string& shape);
+  /// Null when no earlier text is like this one. What is found stands until the next `remember`.
+  Known* find(std::string_view sql);
+  /// Of the text last found, whose parts their texts are.
+  std::span<const Literal> literals() const {
+    return std::span<const Literal>(literals_).first(literal_count_);
+  }
+
+  /// After `sql` was read: its literals, in their order, and its shape. Null when it is not kept:
+  /// long texts, and texts whose literals touch other words.
+  Known* remember(std::string_view sql, std::span<const Literal> literals,
+                  const std::string& shape);
 
  private:
-  static constexpr std::size_t kPlaces = 64;
-  static constexpr std::size_t kLongestText = 1024;
+  static constexpr std::size_t kPlaces = 128;  // in pairs: a text stands at its place or beside it
+  static constexpr std::size_t kLongestText = 2048;
   static constexpr std::size_t kMostLiterals = 32;
 
   struct Place {
@@ -39,15 +53,23 @@ class SeenTexts {
     Literal::Kind kind = Literal::Kind::Number;
   };
   struct Seen {
-    std::string text;
+    std::string text;  // empty: nothing is known yet
     std::vector<Place> literals;
-    std::string shape;
+    Known known;
+    // The places of the texts that came after this one, the last first.
+    std::uint8_t next = 0;
+    std::uint8_t next_but_one = 0;
   };
   static std::size_t place_of(std::string_view sql) noexcept;
   static std::optional<Place> place_in(std::string_view sql, const Literal& literal) noexcept;
-  static bool same(const Seen& seen, std::string_view sql, std::vector<Literal>& literals);
+  bool same(const Seen& seen, std::string_view sql);
+  Known* recognise(std::size_t place, std::string_view sql);
+  Seen& arrive_at(std::size_t place) noexcept;
 
   std::array<Seen, kPlaces> seen_;
+  std::size_t last_ = 0;
+  std::array<Literal, kMostLiterals> literals_;
+  std::size_t literal_count_ = 0;
 };
 
 }  // namespace pelm::ado::sqlite

@@ -172,18 +172,17 @@ std::unique_ptr<Cursor> SqliteSession::run_one(std::string_view sql,
 }
 
 std::shared_ptr<Plan> SqliteSession::plan_for(std::string_view sql) {
-  // A text without literals is its own shape, and need not be read.
-  std::shared_ptr<Plan> plan = cache_.find(sql);
-  if (plan != nullptr) {
-    shape_.clear();
-    return plan;
-  }
   shape_.read(sql);
-  plan = cache_.find(shape_.text());
-  if (plan != nullptr) return plan;
-  plan = make_plan();
-  cache_.insert(shape_.text(), plan);
-  return plan;
+  std::shared_ptr<Plan>& known = shape_.plan();
+  if (known != nullptr && !known->forgotten) {
+    cache_.touch(*known);
+    return known;
+  }
+  known = cache_.find(shape_.text());
+  if (known != nullptr) return known;
+  known = make_plan();
+  cache_.insert(shape_.text(), known);
+  return known;
 }
 
 std::shared_ptr<Plan> SqliteSession::make_plan() {
@@ -219,9 +218,7 @@ std::shared_ptr<Plan> SqliteSession::make_plan() {
 }
 
 StatementLease SqliteSession::prepare(std::shared_ptr<Plan> plan) {
-  if (!plan->idle.empty()) {
-    std::unique_ptr<Prepared> idle = std::move(plan->idle.back());
-    plan->idle.pop_back();
+  if (std::unique_ptr<Prepared> idle = plan->take_idle()) {
     return {std::move(plan), std::move(idle)};
   }
   const std::string& sql = plan->translation.sql;
@@ -236,7 +233,7 @@ StatementLease SqliteSession::prepare(std::shared_ptr<Plan> plan) {
     database_.fail(code, sql);
   }
   if (statement == nullptr) refuse("the command text is empty");
-  auto prepared = std::make_unique<Prepared>(Prepared::Statement(statement));
+  auto prepared = std::make_unique<Prepared>(StatementHandle(statement));
   if (sqlite3_column_count(statement) > 0) {
     prepared->columns = catalog_.result_columns(statement, plan->translation);
   }

@@ -12,6 +12,7 @@
 #include "platform/ado/provider.h"
 #include "platform/ado/sqlite/catalog.h"
 #include "platform/ado/sqlite/database.h"
+#include "platform/ado/sqlite/known_procedures.h"
 #include "platform/ado/sqlite/session_state.h"
 #include "platform/ado/sqlite/shape.h"
 #include "platform/ado/sqlite/statement_cache.h"
@@ -55,8 +56,9 @@ class SqliteSession final : public Session {
   void take_lock();
   /// After a statement that may have changed definitions.
   void definitions_changed();
-  /// Runs statements of ours that take nothing and give nothing.
-  void control(const char* sql) { database_.run(sql); }
+  /// Runs a statement of ours, a constant, that takes nothing and gives nothing.
+  void control(const char* sql) { database_.run_again(sql); }
+  KnownProcedures& procedures() { return procedures_; }
 
  private:
   std::shared_ptr<Plan> plan_for(std::string_view sql);
@@ -75,6 +77,7 @@ class SqliteSession final : public Session {
   Catalog catalog_;
   StatementCache cache_;
   Shape shape_;
+  KnownProcedures procedures_;
   bool keeps_traces_ = false;
   bool lock_to_take_ = false;      // a transaction is open in which nothing was written yet
   bool definitions_open_ = false;  // changed in a transaction that has not ended

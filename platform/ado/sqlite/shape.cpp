@@ -181,15 +181,19 @@ std::optional<Literal> Shape::literal(const Token& token) const {
 }
 
 void Shape::read(std::string_view sql) {
-  shape_ = seen_.find(sql, literals_);
-  if (shape_ != nullptr) return;
-  shape_ = &text_;
+  known_ = seen_.find(sql);
+  found_ = known_ != nullptr;
+  if (found_) return;
+  known_ = &unseen_;
   read_tokens(sql);
-  seen_.remember(sql, literals_, text_);
+  SeenTexts::Known* const remembered = seen_.remember(sql, literals_, unseen_.shape);
+  if (remembered != nullptr) known_ = remembered;
 }
 
 void Shape::read_tokens(std::string_view sql) {
-  text_.clear();
+  std::string& shape = unseen_.shape;
+  shape.clear();
+  unseen_.plan.reset();
   literals_.clear();
   frames_.assign(1, {});
   next_call_ = Call::Other;
@@ -210,12 +214,12 @@ void Shape::read_tokens(std::string_view sql) {
     next_call_ = Call::Other;
     const std::optional<Literal> value = literal(t);
     if (!value) continue;
-    text_.append(sql, copied, static_cast<std::size_t>(t.text.data() - sql.data()) - copied);
-    text_.push_back(mark_of(value->kind));
+    shape.append(sql, copied, static_cast<std::size_t>(t.text.data() - sql.data()) - copied);
+    shape.push_back(mark_of(value->kind));
     literals_.push_back(*value);
     copied = tokenizer.position();
   }
-  text_.append(sql, copied);
+  shape.append(sql, copied);
 }
 
 }  // namespace pelm::ado::sqlite

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -31,15 +32,14 @@ class Shape {
   /// Raises kErrorsInCommand for a character that no statement can hold.
   void read(std::string_view sql);
 
-  void clear() {
-    text_.clear();
-    shape_ = &text_;
-    literals_.clear();
-  }
-
   /// The statement with a mark of tokenizer.h for each literal. Stands until the next `read`.
-  const std::string& text() const { return *shape_; }
-  std::span<const Literal> literals() const { return literals_; }
+  const std::string& text() const { return known_->shape; }
+  std::span<const Literal> literals() const {
+    return found_ ? seen_.literals() : std::span<const Literal>(literals_);
+  }
+  /// What is kept for texts like this one, for the caller to set; null at first. Stands until the
+  /// next `read`.
+  std::shared_ptr<Plan>& plan() { return known_->plan; }
 
  private:
   enum class Call { Other, Convert, Cast };
@@ -56,9 +56,10 @@ class Shape {
   std::optional<Literal> literal(const Token& token) const;
 
   SeenTexts seen_;
-  std::string text_;  // of a statement that was read token by token
-  const std::string* shape_ = &text_;
-  std::vector<Literal> literals_;
+  SeenTexts::Known unseen_;  // of a statement that was read token by token
+  SeenTexts::Known* known_ = &unseen_;
+  bool found_ = false;             // among the seen ones
+  std::vector<Literal> literals_;  // of a statement that was read token by token
   std::vector<Frame> frames_;
   Call next_call_ = Call::Other;
   bool statement_start_ = true;

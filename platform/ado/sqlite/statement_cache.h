@@ -4,8 +4,10 @@
 /// shapes used longest ago go first.
 #pragma once
 
+#include <array>
 #include <cstddef>
-#include <list>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,21 +16,15 @@
 #include <vector>
 
 #include "platform/ado/provider.h"
+#include "platform/ado/sqlite/database.h"
 #include "platform/ado/sqlite/dialect.h"
-
-struct sqlite3_stmt;
 
 namespace pelm::ado::sqlite {
 
 /// One prepared statement and what is known of its result.
 class Prepared {
  public:
-  struct Finalizer {
-    void operator()(sqlite3_stmt* s) const noexcept;
-  };
-  using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
-
-  explicit Prepared(Statement statement) : statement_(std::move(statement)) {}
+  explicit Prepared(StatementHandle statement) : statement_(std::move(statement)) {}
   sqlite3_stmt* statement() const { return statement_.get(); }
 
   std::shared_ptr<const std::vector<Column>> columns;
@@ -37,7 +33,7 @@ class Prepared {
   bool holds_texts = false;  ///< bound ones
 
  private:
-  Statement statement_;
+  StatementHandle statement_;
 };
 
 /// What is known of a shape: how it is run, and statements of it that wait for their next use.
@@ -48,7 +44,26 @@ struct Plan {
   bool changes_rows = false;    ///< INSERT, UPDATE, DELETE
   bool gives_identity = false;  ///< INSERT into a table whose key the engine numbers
   bool changes_schema = false;
-  std::vector<std::unique_ptr<Prepared>> idle;
+  bool forgotten = false;  ///< no longer in the cache: not to be used again
+  std::uint64_t used = 0;  ///< when, by the cache's count
+
+  /// Null when none waits.
+  std::unique_ptr<Prepared> take_idle() noexcept {
+    return idle_count_ > 0 ? std::move(idle_[--idle_count_]) : nullptr;
+  }
+  /// Lets it go where it is not worth keeping.
+  void keep_idle(std::unique_ptr<Prepared> prepared) noexcept {
+    if (!forgotten && idle_count_ < kMostIdle) idle_[idle_count_++] = std::move(prepared);
+  }
+  void drop_idle() noexcept {
+    while (idle_count_ > 0) idle_[--idle_count_].reset();
+  }
+
+ private:
+  static constexpr std::size_t kMostIdle = 4;
+
+  std::array<std::unique_ptr<Prepared>, kMostIdle> idle_;
+  std::size_t idle_count_ = 0;
 };
 
 /// Takes a statement out of its plan for as long as it is used; resets it and puts it back.
@@ -73,22 +88,28 @@ class StatementLease {
 class StatementCache {
  public:
   static constexpr std::size_t kMaxShapes = 128;
-  static constexpr std::size_t kMaxIdleOfShape = 4;
 
   /// Null when the shape is not known.
   std::shared_ptr<Plan> find(std::string_view shape);
+  /// `plan`, found without this cache, is used again.
+  void touch(Plan& plan) noexcept { plan.used = ++uses_; }
   void insert(const std::string& shape, std::shared_ptr<Plan> plan);
   void erase(const Plan* plan);
   void clear();
   std::size_t size() const { return by_shape_.size(); }
 
  private:
-  struct Entry {
-    std::string shape;
-    std::shared_ptr<Plan> plan;
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view s) const noexcept {
+      return std::hash<std::string_view>()(s);
+    }
   };
-  std::list<Entry> entries_;  // the last used first
-  std::unordered_map<std::string_view, std::list<Entry>::iterator> by_shape_;
+  using Plans = std::unordered_map<std::string, std::shared_ptr<Plan>, Hash, std::equal_to<>>;
+  void forget(Plans::iterator plan);
+
+  Plans by_shape_;
+  std::uint64_t uses_ = 0;
 };
 
 }  // namespace pelm::ado::sqlite

@@ -100,6 +100,24 @@ TEST_F(Procedure, SaysWhatIsWrongWithItsArguments) {
             }));
 }
 
+TEST_F(Procedure, IsRunAsItStandsNow) {
+  define("soma", "@a INTEGER, @r INTEGER OUTPUT", "SELECT @a + 1 AS r");
+  const auto sum = [&] {
+    call("soma", {argument("@a", adParamInput, std::int32_t{40}), argument("@r", adParamOutput)});
+    return arguments_[1].value;
+  };
+  EXPECT_EQ(Variant(std::int32_t{41}), sum());
+  EXPECT_EQ(Variant(std::int32_t{41}), sum());
+  run(*session_, "update pelm_procedure set script = 'SELECT @a + 2 AS r' where name = 'soma'");
+  EXPECT_EQ(Variant(std::int32_t{42}), sum());
+  run(*session_,
+      "update pelm_procedure set parameters = '@a INTEGER, @b INTEGER, @r INTEGER OUTPUT' where "
+      "name = 'soma'");
+  EXPECT_EQ("Procedure 'soma' expects parameter '@b', which was not supplied.", refusal(sum));
+  run(*session_, "delete from pelm_procedure where name = 'soma'");
+  EXPECT_EQ("Could not find stored procedure 'soma'.", refusal(sum));
+}
+
 TEST_F(Procedure, IsMissingInADatabaseWithoutAny) {
   run(*session_, "drop table pelm_procedure");
   EXPECT_EQ("Could not find stored procedure 'atualoid'.", refusal([&] { call("atualoid", {}); }));

@@ -93,21 +93,20 @@ TEST(SeenTexts, ATextAfterOneLikeItIsReadAsIfItWereAlone) {
 
 TEST(SeenTexts, TheLikenessIsFound) {
   SeenTexts seen;
-  std::vector<Literal> literals;
   const std::string_view first = "select nome from item where oid = 8 and nome = 'x'";
-  EXPECT_EQ(nullptr, seen.find(first, literals));
+  EXPECT_EQ(nullptr, seen.find(first));
   Shape shape;
   shape.read(first);
   seen.remember(first, shape.literals(), shape.text());
 
-  const std::string* const found =
-      seen.find("select nome from item where oid = 4711 and nome = 'Ana'", literals);
+  const SeenTexts::Known* const found =
+      seen.find("select nome from item where oid = 4711 and nome = 'Ana'");
   ASSERT_NE(nullptr, found);
-  EXPECT_EQ(shape.text(), *found);
-  ASSERT_EQ(2U, literals.size());
-  EXPECT_EQ(4711, literals[0].number);
-  EXPECT_EQ("Ana", literals[1].text);
-  EXPECT_EQ(nullptr, seen.find("select nome from item where oid = 4711", literals));
+  EXPECT_EQ(shape.text(), found->shape);
+  ASSERT_EQ(2U, seen.literals().size());
+  EXPECT_EQ(4711, seen.literals()[0].number);
+  EXPECT_EQ("Ana", seen.literals()[1].text);
+  EXPECT_EQ(nullptr, seen.find("select nome from item where oid = 4711"));
 }
 
 // Made of the same few pieces again and again, so that many texts are nearly alike.

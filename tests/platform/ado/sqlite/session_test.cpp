@@ -177,6 +177,30 @@ TEST_F(SqliteSessionTest, UsesOneStatementForAShape) {
   EXPECT_EQ(1U, own().cache().size());
 }
 
+TEST_F(SqliteSessionTest, KeepsTheShapesThatAreUsedAgainAndAgain) {
+  const std::string often = "select nome from item order by oid";
+  const std::string once = "select oid from item order by oid";
+  rows_of(*session_, once);
+  const Rows names = rows_of(*session_, often);
+  const auto kept = own().cache().find(often);
+  ASSERT_NE(nullptr, kept);
+  ASSERT_NE(nullptr, own().cache().find(once));
+  for (int i = 0; i < 500; ++i) {
+    rows_of(*session_, "select " + std::to_string(i) + " from item");
+    EXPECT_EQ(names, rows_of(*session_, often));
+  }
+  EXPECT_EQ(kept, own().cache().find(often));
+  EXPECT_EQ(nullptr, own().cache().find(once));
+}
+
+TEST_F(SqliteSessionTest, AShapeThatWasForgottenIsMadeAnew) {
+  const std::string sql = "select nome from item where oid = ";
+  const Rows name = rows_of(*session_, sql + "8");
+  own().cache().clear();
+  EXPECT_EQ(name, rows_of(*session_, sql + "8"));
+  EXPECT_EQ(1U, own().cache().size());
+}
+
 TEST_F(SqliteSessionTest, GivesAShapeInUseAnotherStatement) {
   const std::string sql = "select oid from item where oid >= ";
   const auto outer = session_->execute(sql + "8 order by oid", {});
@@ -234,6 +258,22 @@ TEST_F(SqliteSessionTest, UndoesATransactionThatIsRolledBack) {
   run(*session_, "delete from item where oid = 8");
   session_->commit();
   EXPECT_EQ((Rows{"6"}), rows_of(*session_, "select count(*) from item"));
+}
+
+TEST_F(SqliteSessionTest, ACommitThatFailsSaysWhyAndMayBeTriedAgain) {
+  run(*session_, "create table dono (id int primary key)");
+  run(*session_,
+      "create table coisa (dono int references dono (id) deferrable initially deferred)");
+  session_->begin(adXactReadCommitted);
+  run(*session_, "insert into coisa (dono) values (1)");
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    std::string description;
+    EXPECT_NE(0, number_raised([&] { session_->commit(); }, &description));
+    EXPECT_NE(std::string::npos, description.find("FOREIGN KEY constraint failed")) << description;
+  }
+  run(*session_, "insert into dono (id) values (1)");
+  session_->commit();
+  EXPECT_EQ((Rows{"1"}), rows_of(*session_, "select count(*) from coisa"));
 }
 
 TEST_F(SqliteSessionTest, RefusesTransactionsOutOfTurn) {
