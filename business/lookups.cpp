@@ -2,6 +2,7 @@
 #include <string>
 
 #include "business/scratch_recordset.h"
+#include "data/first_row.h"
 #include "frame/error_trap.h"
 #include "frame/thread_slots.h"
 #include "pelm/base.h"
@@ -12,6 +13,7 @@
 namespace pelm {
 
 using business::ScratchRecordset;
+using data::FirstRow;
 using frame::error_trap;
 using frame::shared_conn;
 
@@ -67,9 +69,8 @@ std::string Base::fObterNomeItem(Oid pOidItem) {
   return error_trap("Base", "fObterNomeItem", [&] {
     std::string result = "(Indeterminado)";
     sSQL.assign("SELECT nome FROM item WHERE oid = ").append(std::to_string(pOidItem));
-    const ScratchRecordset item(rsBase, shared_conn().RunSQL(sSQL));
-    if (!item->Eof()) result = to_text(item->Fields("nome").Value());
-    item->Close();
+    const FirstRow item(shared_conn(), sSQL, "nome");
+    if (item.found()) result = to_text(item[0]);
     return result;
   });
 }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "data/first_row.h"
 #include "frame/error_trap.h"
 #include "frame/thread_slots.h"
 #include "menus/tree_depth.h"
@@ -13,6 +14,7 @@
 
 namespace pelm {
 
+using data::FirstRow;
 using frame::error_trap;
 using frame::shared_conn;
 
@@ -32,16 +34,12 @@ std::int16_t decision(const Variant& acesso) {
 
 std::optional<Oid> Menus::user_of(Oid person) {
   sSQL.assign("SELECT oid FROM usuario WHERE oid=").append(std::to_string(person));
-  auto rows = shared_conn().RunSQL(sSQL);
-  if (rows->Eof()) {
-    rows->Close();
-    sSQL = "SELECT rendereco FROM comunicacao WHERE rtipo=1121 AND ritem=" + std::to_string(person);
-    rows = shared_conn().RunSQL(sSQL);
-    if (rows->Eof()) return std::nullopt;
+  if (const FirstRow user(shared_conn(), sSQL, "oid"); user.found()) return to_long(user[0]);
+  sSQL = "SELECT rendereco FROM comunicacao WHERE rtipo=1121 AND ritem=" + std::to_string(person);
+  if (const FirstRow address(shared_conn(), sSQL, "rendereco"); address.found()) {
+    return to_long(address[0]);
   }
-  const Oid user = to_long(rows->Fields(0).Value());
-  rows->Close();
-  return user;
+  return std::nullopt;
 }
 
 std::int16_t Menus::AcessoListaDeObjetos(Oid person, Oid list) {
@@ -66,11 +64,10 @@ std::int16_t Menus::AcessoListaDeObjetos(Oid person, Oid list) {
           .append(std::to_string(holder))
           .append(" and rescopo=")
           .append(std::to_string(list));
-      const auto permission = shared_conn().RunSQL(sSQL);
-      const bool decides = !permission->Eof();
-      if (decides) result = decision(permission->Fields("Acesso").Value());
-      permission->Close();
-      if (decides) break;
+      const FirstRow permission(shared_conn(), sSQL, "Acesso");
+      if (!permission.found()) continue;
+      result = decision(permission[0]);
+      break;
     }
     holders->Close();
     return result;
@@ -80,11 +77,9 @@ std::int16_t Menus::AcessoListaDeObjetos(Oid person, Oid list) {
 std::int16_t Menus::AcessoTotalrListadeObjetos(Oid person, Oid list) {
   return error_trap("Menu", "AcessoTotalrListadeObjetos", [&] {
     sSQL = "select rdominio from listadeobjetos_r where oid = " + std::to_string(list);
-    const auto domain = shared_conn().RunSQL(sSQL);
+    const FirstRow domain(shared_conn(), sSQL, "rdominio");
     std::int16_t result = kGranted;
-    if (!domain->Eof()) {
-      result = AcessoListaDeObjetos(person, to_long(domain->Fields("rdominio").Value()));
-    }
+    if (domain.found()) result = AcessoListaDeObjetos(person, to_long(domain[0]));
     if (result == kGranted) result = AcessoListaDeObjetos(person, list);
     return result;
   });
@@ -94,16 +89,12 @@ std::int16_t Menus::AcessoTotalrListadeObjetos(Oid person, Oid list) {
 Variant Menus::AcessoOpcao(Oid funcionario, std::int32_t IDOpcao) {
   return error_trap("Menu", "AcessoOpcao", [&]() -> Variant {
     sSQL = "select rListadeObjetos from Pelm_Menu where Id = " + std::to_string(IDOpcao);
-    const auto option = shared_conn().RunSQL(sSQL);
-    Variant result = kGranted;
-    if (option->Eof()) {
-      result =
-          "Erro na função AcessoOpcao, o Id enviado não tem nenhum registro de opção associado.";
-    } else if (const Variant list = option->Fields("rListadeObjetos").Value(); !list.is_null()) {
-      result = AcessoListaDeObjetos(funcionario, to_long(list));
+    const FirstRow option(shared_conn(), sSQL, "rListadeObjetos");
+    if (!option.found()) {
+      return "Erro na função AcessoOpcao, o Id enviado não tem nenhum registro de opção associado.";
     }
-    option->Close();
-    return result;
+    if (option[0].is_null()) return kGranted;
+    return AcessoListaDeObjetos(funcionario, to_long(option[0]));
   });
 }
 
@@ -111,22 +102,19 @@ Variant Menus::AcessoTotalOpcao(Oid funcionario, std::int32_t IDOpcao) {
   return error_trap("Menu", "AcessoTotalOpcao", [&]() -> Variant {
     const menus::TreeLevel level(depth_);
     sSQL = "select rEscopo, rListadeObjetos from Pelm_Menu where Id = " + std::to_string(IDOpcao);
-    const auto option = shared_conn().RunSQL(sSQL);
-    if (option->Eof()) {
-      option->Close();
+    const FirstRow option(shared_conn(), sSQL, "rEscopo", "rListadeObjetos");
+    if (!option.found()) {
       return "Erro na função AcessoTotalOpcao, o Id enviado não tem nenhum registro de opção "
              "associado.";
     }
+    const Variant& parent = option[0];
+    const Variant& list = option[1];
     Variant result = kGranted;
-    if (const Variant list = option->Fields("rListadeObjetos").Value(); !list.is_null()) {
-      result = AcessoTotalrListadeObjetos(funcionario, to_long(list));
-    }
-    const Variant parent = option->Fields("rEscopo").Value();
+    if (!list.is_null()) result = AcessoTotalrListadeObjetos(funcionario, to_long(list));
     // kept: an option without a parent ends the climb as the root does.
     if (result == Variant(kGranted) && !parent.is_null() && to_long(parent) != kRootOption) {
       result = AcessoTotalOpcao(funcionario, to_long(parent));
     }
-    option->Close();
     return result;
   });
 }

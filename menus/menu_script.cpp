@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "data/first_row.h"
 #include "frame/error_trap.h"
 #include "frame/page_context.h"
 #include "frame/thread_slots.h"
@@ -113,10 +114,8 @@ bool Menus::visible(ado::Recordset& option) {
 bool Menus::has_options_below(ado::Recordset& option) {
   const std::int32_t id = to_long(option.Fields("id").Value());
   sSQL.assign("select id from Pelm_Menu where rEscopo = ").append(std::to_string(id));
-  const auto below = shared_conn().RunSQL(sSQL);
-  const bool any = !below->Eof();  // kept: whether anybody may see them is not asked
-  below->Close();
-  return any;
+  // kept: whether anybody may see them is not asked
+  return data::FirstRow(shared_conn(), sSQL).found();
 }
 
 Variant Menus::AddRestricaoItemMenu(std::string_view Link) {

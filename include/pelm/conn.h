@@ -21,6 +21,10 @@
 
 namespace pelm {
 
+namespace data {
+class FirstRow;
+}
+
 class Conn : public Object {
  public:
   /// Time-outs of 60 seconds, SQL Server, no connection.
@@ -104,7 +108,9 @@ class Conn : public Object {
   bool traduzsql(std::string& psqlstat, std::string_view pservidor);
 
  private:
+  friend class data::FirstRow;
   bool open(std::string_view procedure, std::shared_ptr<ado::Connection>& connection);
+  void about_to_run(std::string& query);
 
   std::shared_ptr<ado::Connection> Conex_;
   std::shared_ptr<ado::Connection> Conex2_;
