@@ -208,8 +208,9 @@ std::string_view trim(std::string_view s) noexcept {
 std::string replace_all(std::string_view s, std::string_view pattern, std::string_view with) {
   std::string out;
   out.reserve(s.size());
+  const bool ascii = ascii_prefix(pattern) == pattern.size();  // it stands inside no character
   while (!pattern.empty()) {
-    const std::size_t hit = find(s, pattern).byte;
+    const std::size_t hit = ascii ? s.find(pattern) : find(s, pattern).byte;
     if (hit == kNowhere) break;
     out.append(s.substr(0, hit)).append(with);
     s.remove_prefix(hit + pattern.size());
