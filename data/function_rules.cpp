@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "data/text_output.h"
 #include "platform/value/text.h"
 
 namespace pelm::data {
@@ -13,18 +14,6 @@ using text::Compare;
 
 constexpr std::size_t kNowhere = std::string_view::npos;
 
-// Appends `text` with the rule's openings rewritten; returns how many there were.
-std::size_t append_rewritten(std::string& out, std::string_view text, const FunctionRule& rule) {
-  std::size_t count = 0;
-  for (std::size_t at = text.find(rule.opening); at != kNowhere; at = text.find(rule.opening)) {
-    out.append(text.substr(0, at)).append(rule.oracle_opening);
-    text.remove_prefix(at + rule.opening.size());
-    ++count;
-  }
-  out.append(text);
-  return count;
-}
-
 // Rules that close with one ")". The argument takes that ")" with it, so a rewriting needs a
 // second one right after it. Nested openings share their first ")": the outer one is rewritten
 // first, and what it leaves after the ")" decides whether the inner one can follow.
@@ -32,36 +21,34 @@ std::optional<std::string> all_rounds_to_parenthesis(const FunctionRule& rule,
                                                      const std::string& sql) {
   const std::string_view all = sql;
   const bool same_closing = rule.oracle_closing == rule.closing;
-  std::string out;
-  out.reserve(sql.size() + sql.size() / 2);
+  TextOutput out(sql.size() + sql.size() / 2);
   std::size_t begin = 0;
-  for (std::size_t at = all.find(rule.opening); at != kNowhere;
-       at = all.find(rule.opening, begin)) {
-    const std::size_t argument = at + rule.opening.size();
-    const std::size_t close = all.find(')', argument);
+  for (std::size_t at = all.find(rule.opening); at != kNowhere;) {
+    const std::size_t close = all.find(')', at);
     if (close == kNowhere) return std::nullopt;
     const std::size_t after = std::min(all.find_first_not_of(')', close), all.size());
     const std::size_t parentheses = after - close;
 
-    out.append(all.substr(begin, at - begin)).append(rule.oracle_opening);
-    std::size_t nested = 1;
-    if (close > argument) {
-      nested += append_rewritten(out, all.substr(argument, close - argument), rule);
+    std::size_t nested = 0;
+    for (; at < close; at = all.find(rule.opening, begin)) {  // nowhere is behind every place
+      out.put(all.substr(begin, at - begin));
+      out.put(rule.oracle_opening);
+      begin = at + rule.opening.size();
+      ++nested;
     }
     const bool ends = rule.oracle_closing.empty()
                           ? parentheses > nested  // each rewriting takes one away
                           : parentheses > 1 && (nested == 1 || same_closing);
     if (!ends) return std::nullopt;
 
-    begin = close;
     if (!same_closing) {
-      out += ')';
-      out.append(rule.oracle_closing);
-      begin += 1 + nested;
+      out.put(all.substr(begin, close + 1 - begin));
+      out.put(rule.oracle_closing);
+      begin = close + 1 + nested;
     }
   }
-  out.append(all.substr(begin));
-  return out;
+  out.put(all.substr(begin));
+  return std::move(out).take();
 }
 
 }  // namespace
@@ -93,10 +80,7 @@ std::optional<std::string> all_rounds(const FunctionRule& rule, std::string_view
   // closing is rewritten wherever it stands.
   const std::string capitals = text::upper(sql);
   if (rule.closing.empty()) {
-    std::string out;
-    out.reserve(capitals.size());
-    append_rewritten(out, capitals, rule);
-    return out;
+    return text::replace_all(capitals, rule.opening, rule.oracle_opening);
   }
   return all_rounds_to_parenthesis(rule, capitals);
 }

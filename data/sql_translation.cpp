@@ -8,8 +8,10 @@
 
 #include "data/function_rules.h"
 #include "data/outer_joins.h"
+#include "data/text_output.h"
 #include "data/translation_forms.h"
 #include "data/translation_rules.h"
+#include "data/word_search.h"
 #include "pelm/error.h"
 #include "platform/value/text.h"
 
@@ -17,32 +19,32 @@ namespace pelm::data {
 namespace {
 
 constexpr std::string_view kSqlServer = "SQLSERVER";
+constexpr std::size_t kNowhere = std::string_view::npos;
+
+constexpr WordSearch kLeftSearch(kLeft);
 
 // Each "Left(" gives its comma ", 1" in front of it; an argument with "Left(" in it gives its own
 // comma one for each.
 void rewrite_left(std::string& sql) {
-  std::string out;
-  out.reserve(sql.size() + sql.size() / 2);
+  const std::string_view all = sql;
+  TextOutput out(sql.size() + sql.size() / 2);
   std::size_t begin = 0;
-  std::size_t open = 0;  // since the last comma
-  const auto take = [&](std::size_t end, std::size_t next) {
-    out.append(sql, begin, end - begin);
-    begin = next;
-  };
-  for (std::size_t at = 0; at < sql.size(); ++at) {
-    if (sql[at] == ',' && open > 0) {  // kept: the first comma, whatever its nesting
-      take(at, at);
-      for (; open > 0; --open) out.append(", 1");
-    } else if (sql[at] == '(' && at + 1 >= kLeft.size() &&
-               stands_at(sql, at + 1 - kLeft.size(), kLeft)) {
-      take(at + 1 - kLeft.size(), at + 1);
-      out.append(kOracleLeft);
+  for (std::size_t at = kLeftSearch.find(all); at != kNowhere;) {
+    const std::size_t comma = all.find(',', at);  // kept: the first comma, whatever its nesting
+    if (comma == kNowhere) raise_error(error_number::kInvalidCall);
+    std::size_t open = 0;
+    for (; at < comma; at = kLeftSearch.find(all, begin)) {  // nowhere is behind every place
+      out.put(all.substr(begin, at - begin));
+      out.put(kOracleLeft);
+      begin = at + kLeft.size();
       ++open;
     }
+    out.put(all.substr(begin, comma - begin));
+    for (; open > 0; --open) out.put(", 1");
+    begin = comma;
   }
-  if (open > 0) raise_error(error_number::kInvalidCall);
-  take(sql.size(), sql.size());
-  sql = std::move(out);
+  out.put(all.substr(begin));
+  sql = std::move(out).take();
 }
 
 // Returns the rule whose rounds never end for the text that `sql` then holds; null when all do.

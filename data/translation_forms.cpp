@@ -1,54 +1,17 @@
 // Finding the forms that are rewritten for Oracle.
 #include "data/translation_forms.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "data/eight_bytes.h"
+#include "data/word_search.h"
+
 namespace pelm::data {
 namespace {
-
-// Each form holds one of "(" ")" "*" "+", and these four are neighbours: one test finds them all.
-constexpr bool is_mark(char c) noexcept { return (static_cast<unsigned char>(c) & 0xFCU) == 0x28U; }
-
-constexpr std::size_t kWord = sizeof(std::uint64_t);
-constexpr std::size_t kBlock = 8 * kWord;
-
-bool block_has_mark(const char* block) noexcept {
-  unsigned char found = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) {  // no early way out, so that it runs on vectors
-    found = static_cast<unsigned char>(found | static_cast<unsigned char>(is_mark(block[i])));
-  }
-  return found != 0;
-}
-
-constexpr std::uint64_t kOnes = 0x0101010101010101U;
-
-// The high bit of each byte that is zero.
-constexpr std::uint64_t zero_bytes(std::uint64_t bytes) noexcept {
-  const std::uint64_t low_bits_set = (bytes & (0x7FU * kOnes)) + 0x7FU * kOnes;
-  return ~(low_bits_set | bytes) & (0x80U * kOnes);
-}
-
-// The high bit of each byte that is a mark, but for ")", which closes forms and opens none.
-std::uint64_t marks_in_word(const char* word) noexcept {
-  std::uint64_t bytes = 0;
-  std::memcpy(&bytes, word, sizeof bytes);
-  const std::uint64_t marks = zero_bytes((bytes & (0xFCU * kOnes)) ^ (0x28U * kOnes));
-  return marks & ~zero_bytes(bytes ^ (0x29U * kOnes));
-}
-
-std::size_t first_byte_of(std::uint64_t marks) noexcept {
-  const int bit = std::endian::native == std::endian::little ? std::countr_zero(marks)
-                                                             : std::countl_zero(marks);
-  return static_cast<std::size_t>(bit) / 8;
-}
-
-std::uint64_t without_byte(std::uint64_t marks, std::size_t byte) noexcept {
-  const std::size_t place = std::endian::native == std::endian::little ? byte : 7 - byte;
-  return marks & ~std::rotl(std::uint64_t{0x80}, static_cast<int>(place * 8));
-}
 
 // Forms that hold a "(", known by the letters around the first one.
 constexpr std::size_t kLeftForm = kFunctionRules.size();
@@ -85,14 +48,16 @@ constexpr std::array<Candidates, 256> candidates_by_letter(std::ptrdiff_t distan
   return table;
 }
 
-constexpr auto kSecondBefore = candidates_by_letter(-2);
+constexpr auto kFourthBefore = candidates_by_letter(-4);
 constexpr auto kBefore = candidates_by_letter(-1);
 constexpr auto kAfter = candidates_by_letter(1);
 
 void note_parenthesis(std::string_view text, std::size_t at, Forms& forms) noexcept {
-  if (at < 2) return;
+  if (at < 4) return;
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  Candidates candidates = kBefore[byte(at - 1)] & kSecondBefore[byte(at - 2)];
+  Candidates candidates = kBefore[byte(at - 1)];
+  if (candidates == 0) return;  // as for nearly every "("
+  candidates &= kFourthBefore[byte(at - 4)];
   if (at + 1 < text.size()) candidates &= kAfter[byte(at + 1)];
   for (; candidates != 0; candidates &= candidates - 1) {
     const auto i = static_cast<std::size_t>(std::countr_zero(candidates));
@@ -113,7 +78,8 @@ void note_plus(std::string_view text, std::size_t at, Forms& forms) noexcept {
   const char next = text[at + 1];
   if (next != '\'' && next != ' ' && capital(next) != 'L') return;
   for (std::size_t i = 0; i + 1 < kConcatenations.size(); ++i) {
-    if (text.substr(at).starts_with(kConcatenations[i].find)) forms.concatenations.set(i);
+    const std::string_view form = kConcatenations[i].find;
+    if (form[1] == next && text.substr(at).starts_with(form)) forms.concatenations.set(i);
   }
 }
 
@@ -134,49 +100,59 @@ void note_mark(std::string_view text, std::size_t at, Forms& forms) noexcept {
   }
 }
 
-// From `begin` to `end`, a whole number of words.
-void note_words(std::string_view text, std::size_t begin, std::size_t end, Forms& forms) noexcept {
-  for (; begin < end; begin += kWord) {
-    std::uint64_t marks = marks_in_word(text.data() + begin);
-    while (marks != 0) {
-      const std::size_t byte = first_byte_of(marks);
-      note_mark(text, begin + byte, forms);
-      marks = without_byte(marks, byte);
+// Bytes that are tested at once, in one of the processor's vectors.
+constexpr std::size_t kLanes = 16;
+using Lanes [[gnu::vector_size(kLanes)]] = unsigned char;
+
+constexpr std::size_t kRounds = 4;
+constexpr std::size_t kBlock = kLanes * kRounds;
+
+// For each lane a byte, in it a bit for each round, the last in the lowest.
+using Marks = std::array<EightBytes, kLanes / sizeof(EightBytes)>;
+
+template <class Test>
+Marks marks_in_block(const char* block, Test test) noexcept {
+  Lanes lanes{};
+  for (std::size_t begin = 0; begin < kBlock; begin += kLanes) {
+    Lanes bytes;
+    std::memcpy(&bytes, block + begin, sizeof bytes);
+    lanes += lanes - test(bytes);  // -1 where it holds
+  }
+  const auto bytes = std::bit_cast<std::array<char, kLanes>>(lanes);
+  return {eight_bytes_at(bytes.data()), eight_bytes_at(bytes.data() + sizeof(EightBytes))};
+}
+
+// The marks and ")" are neighbours: one test finds them all, and finds nothing in most blocks.
+constexpr auto kNearMark = [](Lanes bytes) { return (bytes & 0xFC) == '('; };
+constexpr auto kMark = [](Lanes bytes) { return kNearMark(bytes) & ~(bytes == ')'); };
+
+void note_marks(std::string_view text, std::size_t at, const Marks& marks, Forms& forms) noexcept {
+  for (std::size_t i = 0; i < marks.size(); ++i) {
+    for (EightBytes left = marks[i]; left != 0; left &= left - 1) {
+      const auto bit = static_cast<std::size_t>(std::countr_zero(left));
+      const std::size_t lane = i * sizeof left + bit / 8;
+      note_mark(text, at + (kRounds - 1 - bit % 8) * kLanes + lane, forms);
     }
   }
 }
 
 }  // namespace
 
-bool stands_at(std::string_view text, std::size_t at, std::string_view form) noexcept {
-  if (text.size() - at < form.size()) return false;
-  for (std::size_t i = 0; i < form.size(); ++i) {
-    if (capital(text[at + i]) != form[i]) return false;
-  }
-  return true;
-}
-
 Forms forms_in(std::string_view text) noexcept {
-  Forms forms;
-  std::size_t at = 0;
-  for (; text.size() - at >= kBlock; at += kBlock) {
-    if (!block_has_mark(text.data() + at)) continue;
-    note_words(text, at, at + kBlock, forms);
+  if (text.size() < kBlock) {
+    std::array<char, kBlock> block{};
+    text.copy(block.data(), block.size());
+    return forms_in({block.data(), block.size()});  // no form has a zero byte
   }
-  const std::size_t words_end = text.size() - text.size() % kWord;
-  note_words(text, at, words_end, forms);
-  for (at = words_end; at < text.size(); ++at) {
-    if (is_mark(text[at])) note_mark(text, at, forms);
+  Forms forms;
+  for (std::size_t at = 0; at < text.size(); at += kBlock) {
+    const std::size_t begin = std::min(at, text.size() - kBlock);  // the last two may overlap
+    const char* const block = text.data() + begin;
+    const Marks near = marks_in_block(block, kNearMark);
+    if ((near[0] | near[1]) == 0) continue;
+    note_marks(text, begin, marks_in_block(block, kMark), forms);
   }
   return forms;
-}
-
-std::size_t WordSearch::find(std::string_view text, std::size_t from) const noexcept {
-  while (from <= text.size() && text.size() - from >= word_.size()) {
-    if (stands_at(text, from, word_)) return from;
-    from += skip_[static_cast<unsigned char>(text[from + word_.size() - 1])];
-  }
-  return std::string_view::npos;
 }
 
 }  // namespace pelm::data

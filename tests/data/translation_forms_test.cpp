@@ -73,25 +73,5 @@ TEST(FormsIn, FindsAFormBehindVeryManyOthers) {
   EXPECT_EQ(forms_in(text).functions.count(), 1U);
 }
 
-TEST(WordSearch, FindsTheFirstInAnyLetterCase) {
-  constexpr WordSearch kAnd("AND");
-  EXPECT_EQ(kAnd.find("and"), 0U);
-  EXPECT_EQ(kAnd.find("anand"), 2U);
-  EXPECT_EQ(kAnd.find("a aNd and"), 2U);
-  EXPECT_EQ(kAnd.find("a aNd and", 3), 6U);
-  EXPECT_EQ(kAnd.find("ban"), std::string::npos);
-  EXPECT_EQ(kAnd.find("and", 1), std::string::npos);
-  EXPECT_EQ(kAnd.find("and", 9), std::string::npos);
-  EXPECT_EQ(kAnd.find(""), std::string::npos);
-}
-
-TEST(WordSearch, FindsAtEveryPlace) {
-  constexpr WordSearch kOrderBy("ORDER BY");
-  for (std::size_t before = 0; before < 20; ++before) {
-    const std::string text = std::string(before, 'r') + "ORder by" + std::string(9, 'y');
-    EXPECT_EQ(kOrderBy.find(text), before);
-  }
-}
-
 }  // namespace
 }  // namespace pelm::data
