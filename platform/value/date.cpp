@@ -45,8 +45,8 @@ DayAndSecond rounded(Date d) {
 bool is_valid(const CivilTime& t) noexcept {
   const auto within = [](int value, int low, int high) { return value >= low && value <= high; };
   return within(t.year, 100, 9999) && within(t.month, 1, 12) && within(t.day, 1, 31) &&
-         calendar_day(t).ok() && within(t.hour, 0, 23) && within(t.minute, 0, 59) &&
-         within(t.second, 0, 59);
+         (t.day <= 28 || calendar_day(t).ok()) && within(t.hour, 0, 23) &&
+         within(t.minute, 0, 59) && within(t.second, 0, 59);
 }
 
 Date Date::from_serial(double serial) {

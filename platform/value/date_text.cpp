@@ -126,12 +126,12 @@ constexpr int full_year(int year) {
   return year + (year <= regional::kTwoDigitYearMax ? 2000 : 1900);
 }
 
-std::optional<CivilTime> calendar_day(int year, int month, int day) {
-  CivilTime t;
+// Puts a day into `t`, whose time is left alone; false when there is no such day.
+bool put_day(CivilTime& t, int year, int month, int day) {
   t.year = full_year(year);
   t.month = month;
   t.day = day;
-  return is_valid(t) ? std::optional(t) : std::nullopt;
+  return is_valid(t);
 }
 
 // The numbers and the month's name of a date, in the order of the text.
@@ -149,40 +149,37 @@ class DateParts {
 
   bool empty() const { return count_ == 0; }
 
-  std::optional<CivilTime> resolve() const {
-    if (count_ == 3) return resolve_three();
-    if (count_ == 2) return name_at_ == kNoName ? resolve_two() : resolve_name_and_number();
-    return std::nullopt;
+  // False when they are no day.
+  bool put_into(CivilTime& t) const {
+    if (count_ == 3) return of_three(t);
+    if (count_ == 2) return name_at_ == kNoName ? of_two(t) : of_name_and_number(t);
+    return false;
   }
 
  private:
-  std::optional<CivilTime> resolve_three() const {
+  bool of_three(CivilTime& t) const {
     struct Order {
       std::size_t day, month, year;
     };
     static constexpr Order kOrders[] = {{0, 1, 2}, {2, 1, 0}, {1, 0, 2}, {1, 2, 0}};
     for (const Order& order : kOrders) {
       if (name_at_ != kNoName && order.month != name_at_) continue;
-      const auto t = calendar_day(parts_[order.year], parts_[order.month], parts_[order.day]);
-      if (t) return t;
+      if (put_day(t, parts_[order.year], parts_[order.month], parts_[order.day])) return true;
     }
-    return std::nullopt;
+    return false;
   }
 
-  std::optional<CivilTime> resolve_two() const {
+  bool of_two(CivilTime& t) const {
     const auto [a, b] = std::pair(parts_[0], parts_[1]);
     const int this_year = clock_now().civil().year;
-    if (const auto t = calendar_day(this_year, b, a)) return t;
-    if (const auto t = calendar_day(this_year, a, b)) return t;
-    if (const auto t = calendar_day(b, a, 1)) return t;
-    return calendar_day(a, b, 1);
+    return put_day(t, this_year, b, a) || put_day(t, this_year, a, b) || put_day(t, b, a, 1) ||
+           put_day(t, a, b, 1);
   }
 
-  std::optional<CivilTime> resolve_name_and_number() const {
+  bool of_name_and_number(CivilTime& t) const {
     const int month = parts_[name_at_];
     const int number = parts_[1 - name_at_];
-    if (const auto t = calendar_day(clock_now().civil().year, month, number)) return t;
-    return calendar_day(number, month, 1);
+    return put_day(t, clock_now().civil().year, month, number) || put_day(t, number, month, 1);
   }
 
   static constexpr std::size_t kNoName = 3;
@@ -222,16 +219,10 @@ class TimeParts {
 
 class DateReader {
  public:
-  std::optional<Date> read(std::string_view s) {
-    if (!items_.split(s) || !sort_items()) return std::nullopt;
-    CivilTime t;
-    if (!date_.empty()) {
-      const auto day = date_.resolve();
-      if (!day) return std::nullopt;
-      t = *day;
-    }
-    if (!time_.put_into(t)) return std::nullopt;
-    return Date::from_civil(t);
+  // False when the text is no date.
+  bool read(std::string_view s, CivilTime& t) {
+    return items_.split(s) && sort_items() && (date_.empty() || date_.put_into(t)) &&
+           time_.put_into(t);
   }
 
  private:
@@ -316,7 +307,12 @@ char* put_long_time(char* at, const CivilTime& t) {
 
 }  // namespace
 
-std::optional<Date> read_date(std::string_view s) { return DateReader().read(s); }
+std::optional<Date> read_date(std::string_view s) {
+  DateReader reader;
+  CivilTime t;
+  if (!reader.read(s, t)) return std::nullopt;
+  return Date::from_civil(t);
+}
 
 std::string date_text(Date d) { return date_text(d.civil()); }
 
