@@ -20,7 +20,7 @@ namespace {
 constexpr std::string_view kBody =
     "<body style=\"font-size: 1pt;\" topmargin=2 bottommargin=2 rightmargin=2 leftmargin=2>";
 constexpr std::string_view kNavigationStart =
-    "<TABLE class=Calendar CELLSPACING=0 CELLPADDING=0><TR>";
+    "<TABLE class=Calendar CELLSPACING=0 CELLPADDING=0><TR><TD class=nav ALIGN=right>";
 /// Enough for the navigation beside what the page gave for its two links.
 constexpr std::size_t kNavigationRoom = 384;
 constexpr std::string_view kDaysStart =
@@ -46,10 +46,11 @@ constexpr DayForm kOtherDay = {"\t\t<TD class=Day><a href=javascript:Choose('", 
 
 struct Month {
   CivilTime shown;
+  std::string year;
   int first_weekday;
   int days;
 
-  explicit Month(Date d) : shown(d.civil()) {
+  explicit Month(Date d) : shown(d.civil()), year(std::to_string(shown.year)) {
     first_weekday = (d.weekday() - shown.day % 7 + 7) % 7 + 1;
     const auto last = std::chrono::year(shown.year) /
                       std::chrono::month(static_cast<unsigned>(shown.month)) / std::chrono::last;
@@ -57,11 +58,67 @@ struct Month {
   }
 };
 
+/// Both digits of a day or a month.
+const char* digits_of(int number) noexcept {
+  static constexpr char kDigits[] =
+      "0001020304050607080910111213141516171819202122232425262728293031";
+  return kDigits + 2 * number;
+}
+
+/// Writes `piece` at `at` and returns where the text goes on. Where the compiler knows the length,
+/// it takes a few moves.
+char* put(char* at, std::string_view piece) {
+  std::memcpy(at, piece.data(), piece.size());
+  return at + piece.size();
+}
+
+/// A day of one month as it is shown, ready but for its digits.
+class Cell {
+ public:
+  static constexpr std::string_view kLongestRest = "/12/9999');>";
+  static constexpr std::size_t kLongest =
+      kMarkedDay.before_date.size() + 4 + kLongestRest.size() + kMarkedDay.after_number.size();
+  static_assert(kOtherDay.before_date.size() + kOtherDay.after_number.size() <=
+                kMarkedDay.before_date.size() + kMarkedDay.after_number.size());
+
+  /// `rest_of_date` is what follows the day in every date of the month.
+  Cell(const DayForm& form, std::string_view rest_of_date, std::size_t digits_of_number)
+      : date_(form.before_date.size()),
+        number_end_(date_ + 2 + rest_of_date.size() + digits_of_number),
+        size_(number_end_ + form.after_number.size()) {
+    put(text_.data(), form.before_date);
+    put(text_.data() + date_ + 2, rest_of_date);
+    put(text_.data() + number_end_, form.after_number);
+  }
+
+  /// Writes it for `day` at `at` and returns where the text goes on. There is room for the longest
+  /// cell: all of the place is copied, and what counts is kept.
+  char* put_at(char* at, int day) const {
+    std::memcpy(at, text_.data(), text_.size());
+    const char* const digits = digits_of(day);
+    std::memcpy(at + date_, digits, 2);
+    if (day >= 10) at[number_end_ - 2] = digits[0];
+    at[number_end_ - 1] = digits[1];
+    return at + size_;
+  }
+
+ private:
+  std::array<char, kLongest> text_{};
+  std::size_t date_;
+  std::size_t number_end_;
+  std::size_t size_;
+};
+
 /// The rows of days, written into a place that every month fits: nothing grows while they are.
 class Days {
  public:
   explicit Days(const Month& month) {
-    const RestOfDate rest_of_date(month.shown);
+    const char* const digits = digits_of(month.shown.month);
+    const std::string rest = std::string{'/', digits[0], digits[1], '/'} + month.year + "');>";
+    const Cell one_digit(kOtherDay, rest, 1);
+    const Cell two_digits(kOtherDay, rest, 2);
+    const Cell marked(kMarkedDay, rest, month.shown.day < 10 ? 1 : 2);
+
     char* at = place_.data();
     int column = 1;
     if (month.first_weekday != 1) at = put(at, kRowStart);
@@ -70,8 +127,8 @@ class Days {
     for (int day = 1; day <= month.days; ++day) {
       if (column == 1) at = put(at, kRowStart);
       // kept: marked is the day of the date shown, which is today only when no date was asked for
-      at = day == month.shown.day ? put_day<kMarkedDay>(at, day, rest_of_date)
-                                  : put_day<kOtherDay>(at, day, rest_of_date);
+      const Cell& cell = day == month.shown.day ? marked : day < 10 ? one_digit : two_digits;
+      at = cell.put_at(at, day);
       if (column == kColumns) {
         at = put(at, kRowEnd);
         column = 0;
@@ -89,44 +146,9 @@ class Days {
   std::string_view text() const { return {place_.data(), size_}; }
 
  private:
-  static constexpr std::string_view kLongestRest = "/12/9999');>";
-  static constexpr std::size_t kLongestDay =
-      kMarkedDay.before_date.size() + 4 + kLongestRest.size() + kMarkedDay.after_number.size();
   static constexpr std::size_t kMost =
-      kMostRows * (kRowStart.size() + kColumns * kLongestDay + kRowEnd.size());
-  static_assert(kBlankDay.size() <= kLongestDay &&
-                kOtherDay.before_date.size() + kOtherDay.after_number.size() <=
-                    kMarkedDay.before_date.size() + kMarkedDay.after_number.size());
-
-  /// Of every date of the month, what follows the day.
-  struct RestOfDate {
-    explicit RestOfDate(const CivilTime& t) {
-      const std::string rest = (t.month < 10 ? "/0" : "/") + std::to_string(t.month) + "/" +
-                               std::to_string(t.year) + "');>";
-      size = rest.copy(text.data(), text.size());
-    }
-    std::array<char, kLongestRest.size()> text{};
-    std::size_t size;
-  };
-
-  // Each writes at `at` and returns where the text goes on. Most lengths are known to the compiler,
-  // which makes a few moves of them; of the rest of a date all is copied, and what counts is kept.
-  template <const DayForm& form>
-  static char* put_day(char* at, int day, const RestOfDate& rest_of_date) {
-    at = put(at, form.before_date);
-    *at++ = digit(day / 10);
-    *at++ = digit(day % 10);
-    std::memcpy(at, rest_of_date.text.data(), rest_of_date.text.size());
-    at += rest_of_date.size;
-    if (day >= 10) *at++ = digit(day / 10);
-    *at++ = digit(day % 10);
-    return put(at, form.after_number);
-  }
-  static char* put(char* at, std::string_view piece) {
-    std::memcpy(at, piece.data(), piece.size());
-    return at + piece.size();
-  }
-  static char digit(int value) { return static_cast<char>('0' + value); }
+      kMostRows * (kRowStart.size() + kColumns * Cell::kLongest + kRowEnd.size());
+  static_assert(kBlankDay.size() <= Cell::kLongest);
 
   std::array<char, kMost> place_;
   std::size_t size_;
@@ -166,12 +188,11 @@ void Calendario::ShowCalendar() {
     navigation += date_text(date);
   };
   navigation += kNavigationStart;
-  navigation += "<TD class=nav ALIGN=right>";
   put_link(add_months(month.shown, -1));
   navigation += ">&lt;&lt;</A></TD><TD class=nav ALIGN=center>";
   navigation += month_name(month.shown.month);
   navigation += " / ";
-  navigation += std::to_string(month.shown.year);
+  navigation += month.year;
   navigation += "</TD><TD class=nav ALIGN=left >";
   put_link(next);
   navigation += ">&gt;&gt;</A></TD></TR></TABLE>";
