@@ -38,7 +38,7 @@ inline bool equal_case_blind(std::string_view a, std::string_view b) noexcept {
   const auto x = static_cast<unsigned char>(a.front());
   const auto y = static_cast<unsigned char>(b.front());
   const bool may_be_equal = x >= 0x80 || y >= 0x80 || (x | 0x20U) == (y | 0x20U);
-  return may_be_equal && detail::equal_case_blind(a, b);
+  return may_be_equal && (a == b || detail::equal_case_blind(a, b));
 }
 
 /// Blanks (U+0020) at both ends, nothing else.
