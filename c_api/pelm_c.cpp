@@ -1,7 +1,10 @@
 // The C interface: each function is a few calls of the type library behind a guard.
 #include "pelm/pelm_c.h"
 
+#include <array>
+#include <cstddef>
 #include <memory>
+#include <memory_resource>
 #include <span>
 #include <string>
 #include <utility>
@@ -55,24 +58,43 @@ void give(pelm_value* result, const Variant& value) {
   if (result != nullptr) *result = to_c(value);
 }
 
+/// Values of a call. There is room for a few without asking for memory.
+class CallValues {
+ public:
+  CallValues() = default;
+  CallValues(const CallValues&) = delete;
+  CallValues& operator=(const CallValues&) = delete;
+
+  std::pmr::vector<OptionalArg>& operator*() { return values_; }
+  std::pmr::vector<OptionalArg>* operator->() { return &values_; }
+
+ private:
+  static constexpr std::size_t kFew = 8;
+
+  alignas(OptionalArg) std::array<std::byte, kFew * sizeof(OptionalArg)> place_;
+  std::pmr::monotonic_buffer_resource memory_{place_.data(), place_.size()};
+  std::pmr::vector<OptionalArg> values_{&memory_};
+};
+
 /// The arguments of a call, and as they were given: what a call changed by reference is handed
 /// back, also when it fails.
 class CallArguments {
  public:
   CallArguments(pelm_value* args, std::size_t count, unsigned char* changed)
-      : args_(args), changed_(changed), values_(from_c(args, count, count)) {
-    for (std::size_t i = 0; i < count; ++i) values_.push_back(values_[i]);  // there is room
+      : args_(args), changed_(changed) {
+    from_c(args, count, *values_, count);
+    for (std::size_t i = 0; i < count; ++i) values_->push_back((*values_)[i]);  // there is room
     for (std::size_t i = 0; changed_ != nullptr && i < count; ++i) changed_[i] = 0;
   }
   CallArguments(const CallArguments&) = delete;
   CallArguments& operator=(const CallArguments&) = delete;
 
-  automation::Arguments used() { return std::span(values_).first(values_.size() / 2); }
+  automation::Arguments used() { return std::span(*values_).first(values_->size() / 2); }
 
   void hand_back() {
     const automation::Arguments used = this->used();
     for (std::size_t i = 0; i < used.size(); ++i) {
-      if (used[i] == values_[used.size() + i] || !used[i]) continue;
+      if (used[i] == (*values_)[used.size() + i] || !used[i]) continue;
       args_[i] = to_c(*used[i]);
       if (changed_ != nullptr) changed_[i] = 1;
     }
@@ -81,7 +103,7 @@ class CallArguments {
  private:
   pelm_value* args_;
   unsigned char* changed_;
-  std::vector<OptionalArg> values_;  // as used, then as given
+  CallValues values_;  // as used, then as given
 };
 
 }  // namespace
@@ -175,8 +197,9 @@ int pelm_get(pelm_object object, const char* name, const pelm_value* index, size
              pelm_value* result) {
   return guarded([&] {
     const ObjectRef target = Handles::instance().find(object);
-    std::vector<OptionalArg> args = from_c(index, count);
-    give(&required(result), automation::get(*target, name_of(name), args));
+    CallValues args;
+    from_c(index, count, *args);
+    give(&required(result), automation::get(*target, name_of(name), *args));
   });
 }
 
@@ -184,10 +207,11 @@ int pelm_put(pelm_object object, const char* name, const pelm_value* index, size
              const pelm_value* value) {
   return guarded([&] {
     const ObjectRef target = Handles::instance().find(object);
-    std::vector<OptionalArg> args = from_c(index, count);
+    CallValues args;
+    from_c(index, count, *args);
     const OptionalArg assigned = from_c(required(value));
     if (!assigned) pelm::raise_error(pelm::error_number::kArgumentNotOptional);
-    automation::put(*target, name_of(name), *assigned, args);
+    automation::put(*target, name_of(name), *assigned, *args);
   });
 }
 

@@ -105,13 +105,12 @@ OptionalArg from_c(const pelm_value& v) {
   }
 }
 
-std::vector<OptionalArg> from_c(const pelm_value* values, std::size_t count, std::size_t more) {
-  std::vector<OptionalArg> result;
-  if (count == 0) return result;
+void from_c(const pelm_value* values, std::size_t count, std::pmr::vector<OptionalArg>& result,
+            std::size_t more) {
+  if (count == 0) return;
   if (values == nullptr) raise_error(error_number::kInvalidCall);
   result.reserve(count + more);
   for (std::size_t i = 0; i < count; ++i) result.push_back(from_c(values[i]));
-  return result;
 }
 
 pelm_value to_c(const Variant& v) {
