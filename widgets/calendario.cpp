@@ -62,7 +62,7 @@ struct Month {
 const char* digits_of(int number) noexcept {
   static constexpr char kDigits[] =
       "0001020304050607080910111213141516171819202122232425262728293031";
-  return kDigits + 2 * number;
+  return &kDigits[2 * static_cast<std::size_t>(number)];
 }
 
 /// Writes `piece` at `at` and returns where the text goes on. Where the compiler knows the length,
