@@ -11,10 +11,15 @@ namespace pelm::data {
 /// The first byte in the lowest bits, on every machine.
 using EightBytes = std::uint64_t;
 
+/// From the order that the machine reads them in.
+inline EightBytes first_lowest(EightBytes bytes) noexcept {
+  return std::endian::native == std::endian::little ? bytes : __builtin_bswap64(bytes);
+}
+
 inline EightBytes eight_bytes_at(const char* at) noexcept {
   EightBytes bytes = 0;
   std::memcpy(&bytes, at, sizeof bytes);
-  return std::endian::native == std::endian::little ? bytes : __builtin_bswap64(bytes);
+  return first_lowest(bytes);
 }
 
 constexpr EightBytes eight_times(unsigned char byte) noexcept {

@@ -103,6 +103,7 @@ void note_mark(std::string_view text, std::size_t at, Forms& forms) noexcept {
 // Bytes that are tested at once, in one of the processor's vectors.
 constexpr std::size_t kLanes = 16;
 using Lanes [[gnu::vector_size(kLanes)]] = unsigned char;
+using Eights [[gnu::vector_size(kLanes)]] = EightBytes;  // the same, to be read out
 
 constexpr std::size_t kRounds = 4;
 constexpr std::size_t kBlock = kLanes * kRounds;
@@ -118,8 +119,8 @@ Marks marks_in_block(const char* block, Test test) noexcept {
     std::memcpy(&bytes, block + begin, sizeof bytes);
     lanes += lanes - test(bytes);  // -1 where it holds
   }
-  const auto bytes = std::bit_cast<std::array<char, kLanes>>(lanes);
-  return {eight_bytes_at(bytes.data()), eight_bytes_at(bytes.data() + sizeof(EightBytes))};
+  const auto eights = reinterpret_cast<Eights>(lanes);
+  return {first_lowest(eights[0]), first_lowest(eights[1])};
 }
 
 // The marks and ")" are neighbours: one test finds them all, and finds nothing in most blocks.
