@@ -1,7 +1,6 @@
 // Read-only look-ups: parameters, labels and names.
 #include <string>
 
-#include "business/scratch_recordset.h"
 #include "data/first_row.h"
 #include "frame/error_trap.h"
 #include "frame/thread_slots.h"
@@ -12,7 +11,6 @@
 
 namespace pelm {
 
-using business::ScratchRecordset;
 using data::FirstRow;
 using frame::error_trap;
 using frame::shared_conn;
@@ -36,24 +34,14 @@ std::string parameter_query(std::string_view internal_name, const std::string& i
 std::string Base::fObterValorParametro(std::string_view pNOMEINTERNO, Oid pOidItem,
                                        std::string_view pTipo) {
   return error_trap("Base", "fObterValorParametro", [&] {
-    const auto read = [&](const ScratchRecordset& row) {
-      // kept: only the text and date columns are ever read
-      const Variant value = row->Fields(pTipo == "D" ? "DTVALOR" : "SVALOR").Value();
-      std::string result(text::trim(to_text(value)));
-      row->Close();
-      return result;
-    };
-
-    sSQL = parameter_query(pNOMEINTERNO, std::to_string(pOidItem));
-    {
-      const ScratchRecordset own(rsBase, shared_conn().RunSQL(sSQL));
-      if (!own->Eof()) return read(own);
-      own->Close();
+    // kept: only the text and date columns are ever read
+    const std::string_view column = pTipo == "D" ? "DTVALOR" : "SVALOR";
+    // kept: asked again also when the item was 1
+    for (const std::string& item : {std::to_string(pOidItem), std::string("1")}) {
+      sSQL = parameter_query(pNOMEINTERNO, item);
+      const FirstRow row(shared_conn(), sSQL, column);
+      if (row.found()) return std::string(text::trim(to_text(row[0])));
     }
-    sSQL = parameter_query(pNOMEINTERNO, "1");  // kept: asked again also when the item was 1
-    const ScratchRecordset general(rsBase, shared_conn().RunSQL(sSQL));
-    if (!general->Eof()) return read(general);
-    general->Close();
     return std::string();
   });
 }
