@@ -16,7 +16,9 @@
 namespace pelm::ado {
 namespace {
 
+// What a record set that has gone may leave to the next.
 constexpr std::size_t kLongestSourceKept = 1024;
+constexpr std::size_t kMostAddedKept = 1024;  // columns of added rows
 
 std::int32_t clipped(std::int64_t n) noexcept {
   using Long = std::numeric_limits<std::int32_t>;
@@ -378,6 +380,9 @@ void RecordsetImpl::complete_added_row(std::optional<ColumnIndex> asked) {
 void RecordsetImpl::forget_added_rows() noexcept {
   added_.clear();
   added_columns_.clear();
+  if (added_columns_.capacity() <= kMostAddedKept) return;
+  std::vector<AddedRow>().swap(added_);
+  std::vector<ColumnIndex>().swap(added_columns_);
 }
 
 void RecordsetImpl::cancel_update() {
