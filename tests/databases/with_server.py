@@ -10,6 +10,7 @@ from pathlib import Path
 import h2_server
 import mariadb_server
 import postgresql_server
+import quiet_drivers
 
 SERVERS = {"mariadb": mariadb_server.Server, "h2": h2_server.Server,
            "postgresql": postgresql_server.Server}
@@ -20,7 +21,8 @@ LEAKS = Path(__file__).with_name("leaks_of_drivers.txt")
 
 def environment(*servers):
     leaks = {"LSAN_OPTIONS": f"suppressions={LEAKS}:print_suppressions=0"}
-    return {**os.environ, **leaks, **{server.variable: server.address for server in servers}}
+    return {**os.environ, **leaks, **quiet_drivers.environment(servers[0].folder),
+            **{server.variable: server.address for server in servers}}
 
 
 def main():
