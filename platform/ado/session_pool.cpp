@@ -87,6 +87,14 @@ Pool& pool() {
   return *the_pool;
 }
 
+/// Lost sessions among those that fit are dropped.
+template <class Fits>
+Idle take_usable(const Fits& fits) {
+  Idle idle = pool().take(fits);
+  while (idle != nullptr && !idle->session->reset()) idle = pool().take(fits);
+  return idle;
+}
+
 }  // namespace
 
 SessionLease::SessionLease(std::unique_ptr<PooledSession> pooled) : pooled_(std::move(pooled)) {
@@ -108,18 +116,6 @@ void SessionLease::give_back() noexcept {
   const bool usable = session->session->reset();
   if (usable && !session->key.empty()) session = pool().keep(std::move(session));
 }
-
-namespace {
-
-/// Lost sessions among those that fit are dropped.
-template <class Fits>
-Idle take_usable(const Fits& fits) {
-  Idle idle = pool().take(fits);
-  while (idle != nullptr && !idle->session->reset()) idle = pool().take(fits);
-  return idle;
-}
-
-}  // namespace
 
 SessionLease acquire_session_again(std::string_view words) {
   Idle idle = take_usable([&](const PooledSession& s) { return s.words == words; });

@@ -1,6 +1,7 @@
 // Taking procedures apart, once for each text.
 #include "platform/ado/sqlite/known_procedures.h"
 
+#include <span>
 #include <utility>
 
 #include "platform/ado/sqlite/dialect.h"
