@@ -5,8 +5,10 @@
 #include <cstdlib>
 
 #include "bench/open_component.h"
+#include "frame/thread_slots.h"
 #include "pelm/ado/connection.h"
-#include "pelm/page_scope.h"
+#include "platform/page/object_context.h"
+#include "platform/page/response.h"
 
 namespace pelm::bench {
 namespace {
@@ -60,11 +62,13 @@ void MenuWork::check(int person) const {
 }
 
 std::string MenuWork::by_component(int person) const {
-  std::string text;
-  const PageScope page(nullptr, [&](std::string_view piece) { text += piece; });
+  const auto context = std::make_shared<page::ScriptingContext>();
+  context->Response = std::make_shared<page::Response>();
+  const page::ScopedObjectContext page(context);
+  frame::thread_slots().response.reset();  // that of the menu before
   menu->OIDFuncionario = person;
   menu->Montar_Menu(kMenu, 1);
-  return text;
+  return context->Response->body();
 }
 
 }  // namespace pelm::bench

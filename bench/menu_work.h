@@ -22,6 +22,7 @@ struct MenuWork {
   /// Ends the program where the component and the floor do not write the same text.
   void check(int person) const;
 
+  /// As a host's page writes it, into the buffer of its response.
   std::string by_component(int person) const;
   std::string by_floor(int person) const { return floor->write(kMenu, person); }
 

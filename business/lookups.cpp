@@ -1,7 +1,7 @@
 // Read-only look-ups: parameters, labels and names.
 #include <string>
 
-#include "data/first_row.h"
+#include "data/query_rows.h"
 #include "frame/error_trap.h"
 #include "frame/thread_slots.h"
 #include "pelm/base.h"

@@ -1,13 +1,12 @@
 // Who may use an option.
-#include <memory>
+#include <cstddef>
 #include <optional>
 #include <string>
 
-#include "data/first_row.h"
+#include "data/query_rows.h"
 #include "frame/error_trap.h"
 #include "frame/thread_slots.h"
 #include "menus/tree_depth.h"
-#include "pelm/ado/recordset.h"
 #include "pelm/conn.h"
 #include "pelm/conversions.h"
 #include "pelm/menus.h"
@@ -56,21 +55,17 @@ std::int16_t Menus::AcessoListaDeObjetos(Oid person, Oid list) {
             "item.oid=agrupamento.rgrupo and agrupamento.ritem=")
         .append(user_oid)
         .append(" Union select oid, 3 from item where oid=1 order by 2");
-    std::int16_t result = kGranted;
-    const auto holders = shared_conn().RunSQL(sSQL);
-    for (; !holders->Eof(); holders->MoveNext()) {
-      const Oid holder = to_long(holders->Fields("oid").Value());
+    const data::AllRows holders(shared_conn(), sSQL, "oid");
+    for (std::size_t row = 0; row < holders.size(); ++row) {
+      const Oid holder = to_long(holders[row][0]);
       sSQL.assign("select rescopo,Acesso from permissao where rusuario=")
           .append(std::to_string(holder))
           .append(" and rescopo=")
           .append(std::to_string(list));
       const FirstRow permission(shared_conn(), sSQL, "Acesso");
-      if (!permission.found()) continue;
-      result = decision(permission[0]);
-      break;
+      if (permission.found()) return decision(permission[0]);
     }
-    holders->Close();
-    return result;
+    return kGranted;
   });
 }
 

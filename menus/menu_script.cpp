@@ -1,18 +1,20 @@
 // The script of a menu: an array of options for each level, written as the rows are read.
 #include <cstddef>
-#include <memory>
+#include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 
-#include "data/first_row.h"
+#include "data/query_rows.h"
 #include "frame/error_trap.h"
 #include "frame/page_context.h"
 #include "frame/thread_slots.h"
 #include "menus/header_template.h"
 #include "menus/tree_depth.h"
-#include "pelm/ado/recordset.h"
 #include "pelm/conn.h"
 #include "pelm/conversions.h"
 #include "pelm/menus.h"
+#include "platform/ado/read_snapshot.h"
 #include "platform/page/response.h"
 #include "platform/value/concatenation.h"
 #include "platform/value/text.h"
@@ -29,6 +31,9 @@ constexpr std::int16_t kGranted = 1;
 constexpr std::int16_t kRestricted = 0;
 constexpr std::int16_t kUnrestricted = 1;
 
+/// What is read of an option, in this order.
+enum Column : std::size_t { kId, kNome, kLink, kRListadeObjetos };
+
 void write(std::string_view text) { frame::thread_slots().response->Write(text); }
 
 }  // namespace
@@ -39,9 +44,10 @@ void Menus::Montar_Menu(std::int32_t IDMenu, std::int16_t Numero) {
     sSQL.assign("select id, Nome, Link, rListadeObjetos from Pelm_Menu where rEscopo = ")
         .append(std::to_string(IDMenu))
         .append(" order by Ordem, id");
-    const auto options = shared_conn().RunSQL(sSQL);
-    write_level(*options, menus::kFirstLevel, "HM_Array" + std::to_string(Numero));
-    options->Close();
+    // A page that sends each piece at once may wait for its reader.
+    std::optional<ado::ReadSnapshot> one_view;
+    if (frame::thread_slots().response->Buffer()) one_view.emplace(shared_conn().Conex());
+    write_level(options_of_level(), menus::kFirstLevel, "HM_Array" + std::to_string(Numero));
   });
 }
 
@@ -51,69 +57,68 @@ void Menus::Montar_Menu_Opcao(std::int32_t parent, const std::string& array) {
     sSQL.assign("select id,nome,link,rListadeObjetos from Pelm_Menu where rEscopo=")
         .append(std::to_string(parent))
         .append(" order by Ordem,id");
-    const auto options = shared_conn().RunSQL(sSQL);
-    write_level(*options, menus::kLevelBelow, array);
-    options->Close();
+    write_level(options_of_level(), menus::kLevelBelow, array);
   });
 }
 
-void Menus::write_level(ado::Recordset& options, const menus::LevelForm& form,
+data::AllRows Menus::options_of_level() {
+  return {shared_conn(), sSQL, "id", "Nome", "Link", "rListadeObjetos"};
+}
+
+void Menus::write_level(const data::AllRows& options, const menus::LevelForm& form,
                         const std::string& array) {
   if (!write_entries(options, form, array)) return;
   write("]\r\n\r\n");
   write_levels_below(options, array);
 }
 
-bool Menus::write_entries(ado::Recordset& options, const menus::LevelForm& form,
+bool Menus::write_entries(const data::AllRows& options, const menus::LevelForm& form,
                           const std::string& array) {
   bool header_written = false;
-  while (!options.Eof()) {
-    if (visible(options)) {
+  std::string entry;
+  for (std::size_t row = 0; row < options.size(); ++row) {
+    const auto option = options[row];
+    if (visible(option)) {
       if (!header_written) {
         form.write_header(*frame::thread_slots().response, *this, array);
         header_written = true;
       }
-      const std::string link = joined_text(options.Fields("Link").Value());
-      const std::string_view has_below = has_options_below(options) ? "1" : "0";
-      std::string entry = "[\"";
-      entry += form.before_caption;
-      entry += joined_text(options.Fields("Nome").Value());
-      entry += form.after_caption;
-      entry += "\",\"";
-      entry += link;
-      entry += "\",1,0,";
-      entry += has_below;
-      entry += "]";
+      entry.assign("[\"").append(form.before_caption);
+      join_to(entry, option[kNome]);
+      entry.append(form.after_caption).append("\",\"");
+      join_to(entry, option[kLink]);
+      entry.append("\",1,0,").append(has_options_below(option) ? "1]" : "0]");
       write(entry);
     }
-    options.MoveNext();
     // kept: the comma is written on the turn of the row before, hidden or not, so it may come
     // before the header, stand on a line of its own, or follow nothing.
-    if (!options.Eof() && visible(options)) write(",");
+    const std::size_t next = row + 1;
+    if (next < options.size() && visible(options[next])) write(",");
     write(kLineBreak);
   }
   return header_written;
 }
 
-void Menus::write_levels_below(ado::Recordset& options, const std::string& array) {
+void Menus::write_levels_below(const data::AllRows& options, const std::string& array) {
   std::int32_t number = 0;
-  for (options.MoveFirst(); !options.Eof(); options.MoveNext()) {
-    if (!visible(options)) continue;
+  for (std::size_t row = 0; row < options.size(); ++row) {
+    const auto option = options[row];
+    if (!visible(option)) continue;
     ++number;  // kept: counts visible options only
-    Montar_Menu_Opcao(to_long(options.Fields("id").Value()), array + "_" + std::to_string(number));
+    Montar_Menu_Opcao(to_long(option[kId]), array + "_" + std::to_string(number));
   }
 }
 
 // Asked anew on every pass over a level.
-bool Menus::visible(ado::Recordset& option) {
+bool Menus::visible(std::span<const Variant> option) {
   if (OIDFuncionario == 0) return true;
-  const Variant list = option.Fields("rListadeObjetos").Value();
+  const Variant& list = option[kRListadeObjetos];
   return list.is_null() || AcessoListaDeObjetos(OIDFuncionario, to_long(list)) == kGranted;
 }
 
-bool Menus::has_options_below(ado::Recordset& option) {
-  const std::int32_t id = to_long(option.Fields("id").Value());
-  sSQL.assign("select id from Pelm_Menu where rEscopo = ").append(std::to_string(id));
+bool Menus::has_options_below(std::span<const Variant> option) {
+  sSQL.assign("select id from Pelm_Menu where rEscopo = ")
+      .append(std::to_string(to_long(option[kId])));
   // kept: whether anybody may see them is not asked
   return data::FirstRow(shared_conn(), sSQL).found();
 }

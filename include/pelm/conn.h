@@ -22,8 +22,9 @@
 namespace pelm {
 
 namespace data {
+class AllRows;
 class FirstRow;
-}
+}  // namespace data
 
 class Conn : public Object {
  public:
@@ -108,6 +109,7 @@ class Conn : public Object {
   bool traduzsql(std::string& psqlstat, std::string_view pservidor);
 
  private:
+  friend class data::AllRows;
   friend class data::FirstRow;
   bool open(std::string_view procedure, std::shared_ptr<ado::Connection>& connection);
   void about_to_run(std::string& query);

@@ -16,6 +16,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,8 +27,8 @@
 
 namespace pelm {
 
-namespace ado {
-class Recordset;
+namespace data {
+class AllRows;
 }
 namespace menus {
 struct LevelForm;
@@ -108,7 +109,9 @@ class Menus : public Object {
 
   /// Writes the script of the menu whose options have `rEscopo` `IDMenu`; `Numero` tells the menus
   /// of a page apart. Captions and addresses are not escaped. What was written before a failure
-  /// stays in the page. Raises 91 outside a page.
+  /// stays in the page. Over the embedded database a buffered page shows all options and
+  /// permissions as they stood when the menu began; otherwise each statement sees what is stored
+  /// by then. Raises 91 outside a page.
   void Montar_Menu(std::int32_t IDMenu, std::int16_t Numero);
   /// Registers a fragment of addresses, forgetting the one before; always returns empty. No menu
   /// looks at it.
@@ -130,12 +133,14 @@ class Menus : public Object {
 
   std::optional<Oid> user_of(Oid person);
 
-  void write_level(ado::Recordset& options, const menus::LevelForm& form, const std::string& array);
-  bool write_entries(ado::Recordset& options, const menus::LevelForm& form,
+  data::AllRows options_of_level();
+  void write_level(const data::AllRows& options, const menus::LevelForm& form,
+                   const std::string& array);
+  bool write_entries(const data::AllRows& options, const menus::LevelForm& form,
                      const std::string& array);
-  void write_levels_below(ado::Recordset& options, const std::string& array);
-  bool visible(ado::Recordset& option);
-  bool has_options_below(ado::Recordset& option);
+  void write_levels_below(const data::AllRows& options, const std::string& array);
+  bool visible(std::span<const Variant> option);
+  bool has_options_below(std::span<const Variant> option);
 
   std::string sSQL;                  // the text last built; never cleared
   std::vector<Variant> restricoes_;  // slot 0 is never used

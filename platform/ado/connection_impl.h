@@ -47,6 +47,12 @@ class ConnectionImpl {
   /// Grows with every statement that may have changed something.
   std::uint64_t changes() const noexcept { return changes_; }
 
+  /// False on a closed connection too.
+  bool begin_reading() { return is_open() && lease_.session().begin_reading(); }
+  void end_reading() noexcept {
+    if (is_open()) lease_.session().end_reading();
+  }
+
   std::string provider_name() const;
   void begin_transaction();
   void commit();

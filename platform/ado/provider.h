@@ -96,10 +96,17 @@ class Session {
   virtual void commit() = 0;
   virtual void rollback() = 0;
 
-  /// When a session is given back and again when it is handed out: rolls back what is open and
-  /// drops what the last user left. Costs next to nothing where there is nothing to do. False when
-  /// the session is lost and must go.
+  /// From here to `end_reading`, or to the first statement that writes, what is read may all be as
+  /// the first statement found it, which spares an engine a lock for each one. False where nothing
+  /// has begun and nothing is to be ended: in a transaction, and with an engine that gains nothing.
+  virtual bool begin_reading() { return false; }
+  virtual void end_reading() noexcept {}
+
+  /// When a session is given back: rolls back what is open and drops what its user left. Costs next
+  /// to nothing where there is nothing to do. False when the session is lost and must go.
   virtual bool reset() noexcept = 0;
+  /// When it is handed out again: false when it was lost in the meantime.
+  virtual bool still_good() noexcept = 0;
 };
 
 /// What a session is opened with.

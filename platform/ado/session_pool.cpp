@@ -91,7 +91,7 @@ Pool& pool() {
 template <class Fits>
 Idle take_usable(const Fits& fits) {
   Idle idle = pool().take(fits);
-  while (idle != nullptr && !idle->session->reset()) idle = pool().take(fits);
+  while (idle != nullptr && !idle->session->still_good()) idle = pool().take(fits);
   return idle;
 }
 

@@ -18,4 +18,13 @@ inline std::string joined_text(Variant&& v) {
   return v.is_null() ? std::string() : to_text(std::move(v));
 }
 
+/// The same, put behind what is there.
+inline void join_to(std::string& text, const Variant& v) {
+  if (v.is_text()) {
+    text += v.text();
+  } else {
+    text += joined_text(v);
+  }
+}
+
 }  // namespace pelm

@@ -350,17 +350,8 @@ TEST_P(AlterarItem, WritesTheFieldsInTheirOrder) {
 
 TEST_P(AlterarItem, AChangeBehindItsBackIsALockError) {
   // Somebody else changes the row between the reading and the writing.
-  class Meddler : public test::CallObserver {
-   public:
-    explicit Meddler(std::function<void()> meddle) : meddle_(std::move(meddle)) {}
-    void before(const test::ProviderCall& call) override {
-      if (call.text.starts_with("update")) meddle_();
-    }
-
-   private:
-    std::function<void()> meddle_;
-  };
-  const test::ObservedProvider observed(GetParam().provider, std::make_shared<Meddler>([&] {
+  const test::ObservedProvider observed(GetParam().provider,
+                                        std::make_shared<test::Meddler>("update", [&] {
                                           run("update item set NOME = 'Alheia' where OID = 8");
                                         }));
   thread().reopen();

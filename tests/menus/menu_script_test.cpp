@@ -1,5 +1,6 @@
 // The script: approved texts for every shape of menu, and what is asked to write it.
 #include <algorithm>
+#include <utility>
 
 #include "menus/menu_test.h"
 #include "support/approved.h"
@@ -239,6 +240,33 @@ TEST_P(MontarMenu, AsksForAccessAnewEachTime) {
     EXPECT_EQ(
         std::count(calls.begin(), calls.end(), "execute SELECT oid FROM usuario WHERE oid=100"),
         c.checks);
+  }
+}
+
+// Somebody else adds an option below the first one while the menu is being built.
+TEST_P(MontarMenu, ABufferedPageMayShowOptionsAsTheyStoodWhenItBegan) {
+  const struct {
+    bool buffered;
+    bool shows_the_new_option;
+  } kCases[] = {{true, !GetParam().reads_under_one_view}, {false, true}};
+  for (const auto& c : kCases) {
+    clear_options();
+    add_worked_example();
+    new_page();
+    response().Buffer(c.buffered);
+    bool added = false;
+    {
+      const test::ObservedProvider observed(
+          GetParam().provider, std::make_shared<test::Meddler>("select id from Pelm_Menu", [&] {
+            if (!std::exchange(added, true)) add({{32, "Nova", kNull, 20, 3}});
+          }));
+      thread().reopen();
+      menu().Montar_Menu(5, 1);
+    }
+    thread().reopen();
+    EXPECT_TRUE(added);
+    EXPECT_EQ(written().find("[\"Nova\"") != std::string::npos, c.shows_the_new_option)
+        << (c.buffered ? "buffered" : "not buffered");
   }
 }
 

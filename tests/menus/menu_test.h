@@ -90,6 +90,7 @@ class MenuTest : public ComponentFixture {
     serving_.reset();
     frame::thread_slots().response.reset();
   }
+  page::Response& response() const { return *page_->Response; }
   const std::string& written() const { return page_->Response->body(); }
 
   void add(const std::vector<Option>& options) const {

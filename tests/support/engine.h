@@ -51,6 +51,8 @@ struct Engine {
   std::string_view list_tables = {};
   /// Has menu options numbered from 8 on again.
   std::string_view restart_menu = {};
+  /// What a ReadSnapshot reads is as its first statement found it.
+  bool reads_under_one_view = false;
   /// A text may hold statements with ";" between, which saves the way to the server.
   bool takes_several_statements = false;
 };

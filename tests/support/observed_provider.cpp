@@ -85,7 +85,12 @@ class ObservedSession final : public ado::Session {
     observer_->before({.kind = Kind::Rollback});
     real_->rollback();
   }
+  bool begin_reading() override { return real_->begin_reading(); }
+  void end_reading() noexcept override { real_->end_reading(); }
   bool reset() noexcept override { return real_->reset() && observer_->session_lives(connected_); }
+  bool still_good() noexcept override {
+    return real_->still_good() && observer_->session_lives(connected_);
+  }
 
  private:
   std::unique_ptr<ado::Session> real_;

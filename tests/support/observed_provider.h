@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/ado/provider.h"
@@ -36,6 +38,20 @@ class CallObserver {
   virtual void before(const ProviderCall& call) = 0;
   /// False when the sessions opened at `connected`, the number of `Connect` calls before, are lost.
   virtual bool session_lives(std::size_t connected) noexcept;
+};
+
+/// Does something else before each call whose text begins with `text`.
+class Meddler final : public CallObserver {
+ public:
+  Meddler(std::string text, std::function<void()> meddle)
+      : text_(std::move(text)), meddle_(std::move(meddle)) {}
+  void before(const ProviderCall& call) override {
+    if (call.text.starts_with(text_)) meddle_();
+  }
+
+ private:
+  std::string text_;
+  std::function<void()> meddle_;
 };
 
 /// Stands in for the registered provider of a name, under that name, for its own lifetime.

@@ -295,6 +295,14 @@ bool OdbcSession::reset() noexcept {
     if (link_.in_transaction()) link_.rollback();
     last_inserted_.clear();
     link_.isolation(kUsualIsolation);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+bool OdbcSession::still_good() noexcept {
+  try {
     const std::uint64_t losses_now = Link::losses();
     const bool rested = std::chrono::steady_clock::now() - last_answer_ > kRest;
     if (!rested && losses_now == losses_seen_) return true;

@@ -35,6 +35,7 @@ class OdbcSession final : public Session {
   void commit() override;
   void rollback() override;
   bool reset() noexcept override;
+  bool still_good() noexcept override;
 
   // For cursors.
   /// The next row of a running statement; false at the end. Raises.

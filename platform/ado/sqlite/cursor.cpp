@@ -24,7 +24,7 @@ SqliteCursor::SqliteCursor(SqliteSession& session, StatementLease lease)
       columns_(lease_.prepared().columns ? lease_.prepared().columns : no_columns()) {}
 
 void SqliteCursor::start() {
-  if (sqlite3_stmt_readonly(lease_.get()) == 0) session_.take_lock();
+  if (sqlite3_stmt_readonly(lease_.get()) == 0) session_.about_to_write();
   const bool row = step();
   look_at_columns_again();
   if (row && !columns_->empty()) {

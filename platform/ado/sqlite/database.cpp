@@ -158,13 +158,17 @@ StatementHandle Database::prepare(std::string_view sql) const {
   return StatementHandle(statement);
 }
 
-void Database::run_again(const char* sql) {
+sqlite3_stmt* Database::repeated(const char* sql) {
   auto known = std::ranges::find(repeated_, sql, &Repeated::sql);
   if (known == repeated_.end()) {
     repeated_.push_back({sql, prepare(sql)});
     known = std::prev(repeated_.end());
   }
-  sqlite3_stmt* const statement = known->statement.get();
+  return known->statement.get();
+}
+
+void Database::run_again(const char* sql) {
+  sqlite3_stmt* const statement = repeated(sql);
   watchdog_.restart();
   const int code = sqlite3_step(statement);
   sqlite3_reset(statement);  // the engine's message stands until the next call

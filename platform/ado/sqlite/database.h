@@ -41,6 +41,8 @@ class Database {
   void run(const char* sql);
   /// The same for a single one, a constant, that is run time and again: it stays prepared.
   void run_again(const char* sql);
+  /// So that its first run asks for no memory. Raises.
+  void keep_prepared(const char* sql) { (void)repeated(sql); }
   /// One for repeated use. Raises.
   StatementHandle prepare(std::string_view sql) const;
   /// Raises the engine's last error. `sql` is what was being run.
@@ -54,6 +56,7 @@ class Database {
   void configure();
   void use_write_ahead_log();
   std::string reason(int code) const;
+  sqlite3_stmt* repeated(const char* sql);
 
   struct Repeated {
     std::string_view sql;

@@ -335,6 +335,7 @@ void SqliteSession::begin(IsolationLevelEnum level) {
         error_number::kProviderFailure,
         "a transaction is open already: it must be committed or rolled back first");
   }
+  end_reading();
   transaction_has_ended();  // the engine may have ended the last one by itself
   if (database_.read_only()) {
     control("BEGIN");
@@ -345,13 +346,34 @@ void SqliteSession::begin(IsolationLevelEnum level) {
   }
 }
 
-void SqliteSession::take_lock() {
+void SqliteSession::about_to_write() {
+  end_reading();
   if (!lock_to_take_) return;
   control("BEGIN IMMEDIATE");
   lock_to_take_ = false;
 }
 
-bool SqliteSession::in_transaction() const { return lock_to_take_ || database_.in_transaction(); }
+bool SqliteSession::in_transaction() const {
+  return lock_to_take_ || (!reading_ && database_.in_transaction());
+}
+
+// A transaction of the engine's that only reads: no lock keeps anybody from writing meanwhile.
+bool SqliteSession::begin_reading() {
+  if (reading_ || in_transaction()) return false;
+  database_.keep_prepared("COMMIT");  // ending must not fail
+  control("BEGIN");
+  reading_ = true;
+  return true;
+}
+
+void SqliteSession::end_reading() noexcept {
+  if (!std::exchange(reading_, false) || !database_.in_transaction()) return;
+  try {
+    control("COMMIT");
+  } catch (const std::exception&) {
+    keeps_traces_ = true;
+  }
+}
 
 void SqliteSession::commit() {
   if (!in_transaction()) {
@@ -383,12 +405,13 @@ void SqliteSession::transaction_has_ended() {
 
 bool SqliteSession::reset() noexcept {
   try {
+    end_reading();
     if (keeps_traces_) return false;
     if (in_transaction()) rollback();
     state_ = {};
     database_.watchdog().limit(kDefaultCommandTimeout);
     database_.rest();
-    return database_.file_is_there();
+    return true;
   } catch (const std::exception&) {
     return false;
   }

@@ -36,7 +36,10 @@ class SqliteSession final : public Session {
   void begin(IsolationLevelEnum level) override;
   void commit() override;
   void rollback() override;
+  bool begin_reading() override;
+  void end_reading() noexcept override;
   bool reset() noexcept override;
+  bool still_good() noexcept override { return database_.file_is_there(); }
 
   /// Also when nothing in it has taken the write lock yet.
   bool in_transaction() const;
@@ -52,8 +55,8 @@ class SqliteSession final : public Session {
   /// Runs a text of one or several statements; the rows of the first that has any are the result.
   std::unique_ptr<Cursor> run(std::string_view sql, std::span<const Variant> values,
                               const Variables* variables);
-  /// Before anything is written: takes the write lock of a transaction that has begun without it.
-  void take_lock();
+  /// Ends a stretch of reading, and takes the write lock of a transaction that has begun without.
+  void about_to_write();
   /// After a statement that may have changed definitions.
   void definitions_changed();
   /// Runs a statement of ours, a constant, that takes nothing and gives nothing.
@@ -79,6 +82,7 @@ class SqliteSession final : public Session {
   Shape shape_;
   KnownProcedures procedures_;
   bool keeps_traces_ = false;
+  bool reading_ = false;           // under one view of the database
   bool lock_to_take_ = false;      // a transaction is open in which nothing was written yet
   bool definitions_open_ = false;  // changed in a transaction that has not ended
 };

@@ -20,6 +20,7 @@ struct Tally {
   std::atomic<int> opened = 0;
   std::atomic<int> closed = 0;
   std::atomic<int> reset = 0;
+  std::atomic<int> looked_at = 0;
   std::atomic<bool> lost = false;
   std::atomic<int> shared_use = 0;  // a session found in use by two threads at once
 };
@@ -46,6 +47,10 @@ class PlainSession final : public Session {
   void rollback() override {}
   bool reset() noexcept override {
     ++tally_.reset;
+    return !tally_.lost;
+  }
+  bool still_good() noexcept override {
+    ++tally_.looked_at;
     return !tally_.lost;
   }
 
@@ -96,11 +101,13 @@ TEST_F(SessionPool, HandsOutTheSameSessionAgain) {
   EXPECT_EQ(tally().opened, 1);
 }
 
-TEST_F(SessionPool, ResetsWhenGivenBackAndWhenHandedOut) {
+TEST_F(SessionPool, ResetsWhenGivenBackAndLooksWhenHandedOut) {
   acquire();
   EXPECT_EQ(tally().reset, 1);
+  EXPECT_EQ(tally().looked_at, 0);
   acquire();
-  EXPECT_EQ(tally().reset, 3);
+  EXPECT_EQ(tally().reset, 2);
+  EXPECT_EQ(tally().looked_at, 1);
 }
 
 TEST_F(SessionPool, NeverLendsASessionTwice) {
@@ -143,10 +150,10 @@ TEST_F(SessionPoolByWords, HandsOutTheSessionLastAskedForWithTheSameWords) {
   EXPECT_EQ(tally().opened, 1);
 }
 
-TEST_F(SessionPoolByWords, ResetsWhatItHandsOutAndDropsWhatIsLost) {
+TEST_F(SessionPoolByWords, LooksAtWhatItHandsOutAndDropsWhatIsLost) {
   acquire("a=1");
   EXPECT_TRUE(acquire_session_again("a=1"));
-  EXPECT_EQ(tally().reset, 3);
+  EXPECT_EQ(tally().looked_at, 1);
   tally().lost = true;
   EXPECT_FALSE(acquire_session_again("a=1"));
   EXPECT_EQ(tally().closed, 1);

@@ -179,10 +179,10 @@ TEST_F(SqliteFile, InAFolderWithoutWritePermissionSaysSo) {
 TEST_F(SqliteFile, ReplacedByAnotherIsNotServedFromAnIdleSession) {
   make();
   const auto session = open();
-  EXPECT_TRUE(session->reset());
+  EXPECT_TRUE(session->still_good());
   fs::copy_file(path_, folder_.file("copy.db"));
   fs::rename(folder_.file("copy.db"), path_);
-  EXPECT_FALSE(session->reset());
+  EXPECT_FALSE(session->still_good());
 }
 
 TEST_F(SqliteFile, HeldByAnotherWriterRaisesATimeOut) {

@@ -1,10 +1,11 @@
-/// The first row of a query, for look-ups that read it and are done: what a record set would give,
+/// The rows of a query, for callers that read them and are done: what a record set would give,
 /// without making one that nobody else would see.
 #pragma once
 
 #include <memory>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "pelm/ado/connection.h"
 #include "pelm/variant.h"
@@ -17,5 +18,10 @@ namespace pelm::ado {
 /// asking its fields for their values would raise.
 bool read_first_row(const std::shared_ptr<Connection>& connection, std::string_view text,
                     std::span<const std::string_view> columns, std::span<Variant> values);
+
+/// The same of every row: their values one row after another.
+std::vector<Variant> read_all_rows(const std::shared_ptr<Connection>& connection,
+                                   std::string_view text,
+                                   std::span<const std::string_view> columns);
 
 }  // namespace pelm::ado

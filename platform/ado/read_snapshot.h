@@ -1,0 +1,27 @@
+/// A stretch of reading under one view of the database.
+#pragma once
+
+#include <memory>
+
+#include "pelm/ado/connection.h"
+
+namespace pelm::ado {
+
+/// While it lives, what is read over a connection may all be as the first statement found it: the
+/// embedded engine then takes its lock once and not for each statement. Whatever writes over the
+/// connection ends that view before it writes. Database servers go on as before, a statement at a
+/// time, and a transaction has a view of its own: nothing happens then, nor on a connection that
+/// is null or closed. Held for the length of an operation, never while anybody is waited for.
+class ReadSnapshot {
+ public:
+  /// Raises what the engine raises.
+  explicit ReadSnapshot(std::shared_ptr<Connection> connection);
+  ReadSnapshot(const ReadSnapshot&) = delete;
+  ReadSnapshot& operator=(const ReadSnapshot&) = delete;
+  ~ReadSnapshot();
+
+ private:
+  std::shared_ptr<Connection> connection_;  // null: there is nothing to end
+};
+
+}  // namespace pelm::ado
