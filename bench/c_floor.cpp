@@ -34,20 +34,46 @@ std::string text_of(sqlite3_stmt* s, int column) {
              : std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(s, column)));
 }
 
+void run(sqlite3* db, const char* sql) {
+  if (sqlite3_exec(db, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errmsg(db));
+  }
+}
+
+sqlite3_stmt* prepared(sqlite3* db, const char* sql) {
+  sqlite3_stmt* s = nullptr;
+  if (sqlite3_prepare_v3(db, sql, -1, SQLITE_PREPARE_PERSISTENT, &s, nullptr) != SQLITE_OK) {
+    throw std::runtime_error(sqlite3_errmsg(db));
+  }
+  return s;
+}
+
+// The first number of the first row.
+int number_of(sqlite3_stmt* s) {
+  if (sqlite3_step(s) != SQLITE_ROW) throw std::runtime_error("the counter has no row");
+  const int number = sqlite3_column_int(s, 0);
+  sqlite3_reset(s);
+  return number;
+}
+
 }  // namespace
 
-CFloor::CFloor(const CrmDatabase& database) {
+CFloor::Connection CFloor::opened(const CrmDatabase& database) {
   sqlite3* db = nullptr;
   const int code = sqlite3_open_v2(database.path().c_str(), &db,
                                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-  db_.reset(db);
+  Connection connection(db);
   if (code != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(db));
   static constexpr const char* kSynchronous[] = {
       "PRAGMA synchronous=OFF", "PRAGMA synchronous=NORMAL", "PRAGMA synchronous=FULL"};
-  run(kSynchronous[static_cast<int>(database.storage())]);
-  run("PRAGMA foreign_keys=ON");
-  run("PRAGMA temp_store=MEMORY");
-  run("PRAGMA cache_size=-8000");
+  run(db, kSynchronous[static_cast<int>(database.storage())]);
+  run(db, "PRAGMA foreign_keys=ON");
+  run(db, "PRAGMA temp_store=MEMORY");
+  run(db, "PRAGMA cache_size=-8000");
+  return connection;
+}
+
+CFloor::CFloor(const CrmDatabase& database) : db_(opened(database)), sizes_(opened(database)) {
   insert_item_ = prepare(
       "INSERT INTO item (RESCOPO, CRIADOPOR, ATUALIZADOPOR, CODIGO, CRIADOEM, ATUALIZADOEM, "
       "OBSERVACAO, NOME, EXCLUIDO, CID, OID) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
@@ -62,23 +88,14 @@ CFloor::CFloor(const CrmDatabase& database) {
       prepare("INSERT INTO classificacao (RITEM, RCATEGORIA, OID) VALUES (?,?,?)");
   insert_position_ =
       prepare("INSERT INTO agrupamento (RPAPEL, RGRUPO, RITEM, OID) VALUES (?,?,?,?)");
+  begin_ = prepare("BEGIN IMMEDIATE");
   reserve_ = prepare("UPDATE controlaoid SET UltimoOID = UltimoOID + Delta");
-  reserved_ = prepare("SELECT UltimoOID, Delta FROM controlaoid");
+  reserved_ = prepare("SELECT UltimoOID FROM controlaoid");
+  commit_ = prepare("COMMIT");
+  range_size_ = Statement(prepared(sizes_.get(), "SELECT Delta FROM controlaoid"));
 }
 
-void CFloor::run(const char* sql) {
-  if (sqlite3_exec(db_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-    throw std::runtime_error(sqlite3_errmsg(db_.get()));
-  }
-}
-
-CFloor::Statement CFloor::prepare(const char* sql) {
-  sqlite3_stmt* s = nullptr;
-  if (sqlite3_prepare_v3(db_.get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &s, nullptr) != SQLITE_OK) {
-    throw std::runtime_error(sqlite3_errmsg(db_.get()));
-  }
-  return Statement(s);
-}
+CFloor::Statement CFloor::prepare(const char* sql) { return Statement(prepared(db_.get(), sql)); }
 
 void CFloor::step(sqlite3_stmt* s) {
   if (sqlite3_step(s) != SQLITE_DONE) throw std::runtime_error(sqlite3_errmsg(db_.get()));
@@ -154,13 +171,11 @@ int CFloor::insert_contact(const std::string& name, int position, int company) {
 
 int CFloor::next_oid() {
   if (next_ > last_) {
-    run("BEGIN IMMEDIATE");
+    step(begin_.get());
     step(reserve_.get());
-    if (sqlite3_step(reserved_.get()) != SQLITE_ROW) throw std::runtime_error("no counter");
-    last_ = sqlite3_column_int(reserved_.get(), 0);
-    next_ = last_ - sqlite3_column_int(reserved_.get(), 1) + 1;
-    sqlite3_reset(reserved_.get());
-    run("COMMIT");
+    last_ = number_of(reserved_.get());
+    step(commit_.get());
+    next_ = last_ - number_of(range_size_.get()) + 1;
   }
   return next_++;
 }

@@ -33,7 +33,8 @@ inline constexpr const char* kInsertPosition =
     "INSERT INTO agrupamento (RPAPEL, RGRUPO, RITEM, OID) VALUES (:a,:b,:c,:d)";
 inline constexpr const char* kBegin = "BEGIN IMMEDIATE";
 inline constexpr const char* kReserve = "UPDATE controlaoid SET UltimoOID = UltimoOID + Delta";
-inline constexpr const char* kReserved = "SELECT UltimoOID, Delta FROM controlaoid";
+inline constexpr const char* kReserved = "SELECT UltimoOID FROM controlaoid";
+inline constexpr const char* kRangeSize = "SELECT Delta FROM controlaoid";
 inline constexpr const char* kCommit = "COMMIT";
 
 /// What a connection is told once, as the component's own is.
@@ -56,7 +57,7 @@ inline std::string moment() {
 template <class Peer>
 class PeerRecords {
  public:
-  explicit PeerRecords(const CrmDatabase& database) : peer_(database) {}
+  explicit PeerRecords(const CrmDatabase& database) : peer_(database), sizes_(database) {}
 
   void insert_item(int oid, int cid, const std::string& name) {
     const std::string created = moment();
@@ -82,16 +83,16 @@ class PeerRecords {
     if (next_ > last_) {
       peer_.run(texts::kBegin);
       peer_.run(texts::kReserve);
-      const auto row = peer_.template row<2>(texts::kReserved);
+      last_ = std::stoi(peer_.template row<1>(texts::kReserved)[0]);
       peer_.run(texts::kCommit);
-      last_ = std::stoi(row[0]);
-      next_ = last_ - std::stoi(row[1]) + 1;
+      next_ = last_ - std::stoi(sizes_.template row<1>(texts::kRangeSize)[0]) + 1;
     }
     return next_++;
   }
 
  private:
   Peer peer_;
+  Peer sizes_;  // a connection of its own, as the component asks for the size of a range
   int next_ = 0;
   int last_ = -1;
 };

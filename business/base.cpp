@@ -10,8 +10,8 @@ namespace pelm {
 Base::Base() { frame::start_thread(); }
 
 Oid Base::Gerar_Oid() {
-  frame::start_thread();  // the object may have come from another thread
-  identity::ManipulaOID& allocator = *frame::thread_slots().oid_allocator;
+  // Started here, as the object may have come from another thread.
+  identity::ManipulaOID& allocator = *frame::start_thread().oid_allocator;
   if (allocator.TemOID()) return allocator.IncrementaOID();
   return allocator.ObtemFaixaOID() ? allocator.OID() : 0;
 }

@@ -8,8 +8,10 @@
 
 namespace pelm::frame {
 
-void start_thread() {
-  if (!thread_slots().oid_allocator) Main();
+ThreadSlots& start_thread() {
+  ThreadSlots& slots = thread_slots();
+  if (!slots.oid_allocator) Main();
+  return slots;
 }
 
 void Main() { thread_slots().oid_allocator = std::make_shared<identity::ManipulaOID>(); }

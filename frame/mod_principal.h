@@ -3,8 +3,11 @@
 
 namespace pelm::frame {
 
-/// Runs `Main` unless it has run on this thread. Every public class calls it when created.
-void start_thread();
+struct ThreadSlots;
+
+/// Runs `Main` unless it has run on this thread. Every public class calls it when created. Returns
+/// `thread_slots()`.
+ThreadSlots& start_thread();
 
 /// Creates the thread's OID allocator.
 void Main();

@@ -1,20 +1,24 @@
 // Reserving ranges of OIDs and handing them out one by one.
 #include "identity/manipula_oid.h"
 
+#include <array>
 #include <memory>
-#include <string>
+#include <string_view>
 
 #include "frame/error_trap.h"
 #include "frame/thread_slots.h"
 #include "pelm/ado/command.h"
 #include "pelm/ado/connection.h"
-#include "pelm/ado/recordset.h"
 #include "pelm/conn.h"
 #include "pelm/conversions.h"
 #include "pelm/error.h"
+#include "pelm/variant.h"
+#include "platform/ado/read_rows.h"
 
 namespace pelm::identity {
 namespace {
+
+using std::string_view_literals::operator""sv;
 
 /// UltimoOID - Delta + 1 in 32 bits, step by step as the platform reckons.
 pelm::Oid first_of_range(pelm::Oid last, std::int16_t size) {
@@ -85,14 +89,10 @@ bool ManipulaOID::ObtemDelta() {
   return frame::error_trap("ManipulaOID", "ObtemDelta", [&] {
     const auto connection = private_connection(ado::adModeRead);
     connection->Open();
-    const auto records =
-        connection->Execute("Select Delta from controlaoid", nullptr, ado::adCmdText);
-    bool found = false;
-    if (!records->Eof()) {
-      Delta_ = to_integer(records->Fields("Delta").Value());
-      found = true;
-    }
-    records->Close();
+    Variant size;
+    const bool found = ado::read_first_row(connection, "Select Delta from controlaoid",
+                                           std::array{"Delta"sv}, {&size, 1});
+    if (found) Delta_ = to_integer(size);
     connection->Close();
     return found;
   });

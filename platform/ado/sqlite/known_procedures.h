@@ -28,6 +28,7 @@ class KnownProcedures {
   /// The procedure that these three texts say; `parameters` as a procedure's head declares them.
   std::shared_ptr<const Procedure> read(std::string_view name, std::string_view parameters,
                                         std::string_view script);
+  bool has(std::string_view name) const { return by_name_.contains(name); }
 
  private:
   static constexpr std::size_t kMost = 32;

@@ -24,11 +24,16 @@ namespace {
   raise_provider_error(error_number::kErrorsInCommand, why);
 }
 
-std::shared_ptr<const Procedure> read_procedure(SqliteSession& session, std::string_view name) {
+// As the table has it: of a qualified name the last part, without its quotes.
+std::string plain_name(std::string_view name) {
+  const std::vector<Token> tokens = tokenize(name);
+  return tokens.empty() ? std::string() : content_of(tokens.back());
+}
+
+std::shared_ptr<const Procedure> read_procedure(SqliteSession& session, const std::string& name) {
   constexpr std::string_view kQuery =
       "SELECT name, parameters, script FROM pelm_procedure WHERE name = ?";
-  const std::vector<Token> tokens = tokenize(name);
-  const std::array key = {Variant(tokens.empty() ? std::string() : content_of(tokens.back()))};
+  const std::array key = {Variant(name)};
   try {
     const auto cursor = session.run_one(kQuery, key, nullptr);
     if (cursor->next()) {
@@ -40,14 +45,14 @@ std::shared_ptr<const Procedure> read_procedure(SqliteSession& session, std::str
   } catch (const Error& e) {
     if (e.number() != error_number::kNoTable) throw;
   }
-  refuse("Could not find stored procedure '" + key[0].text() + "'.");
+  refuse("Could not find stored procedure '" + name + "'.");
 }
 
 // The procedure's transaction, or its part of the one that is open.
 class Atomic {
  public:
   explicit Atomic(SqliteSession& session) : session_(session) {
-    session.take_lock();
+    session.about_to_write();
     inside_ = session.database().in_transaction();
     if (inside_)
       session.control("SAVEPOINT pelm_procedure");
@@ -179,13 +184,16 @@ Outcome run_script(SqliteSession& session, const Procedure& procedure, const Var
 
 Outcome run_procedure(SqliteSession& session, std::string_view name,
                       std::span<ProcedureArgument> arguments) {
-  const std::shared_ptr<const Procedure> known = read_procedure(session, name);
+  const std::string plain = plain_name(name);
+  std::optional<Atomic> atomic;
+  if (session.procedures().has(plain)) atomic.emplace(session);  // spares a lock for the reading
+  const std::shared_ptr<const Procedure> known = read_procedure(session, plain);
   const Procedure& procedure = *known;
   const std::vector<ProcedureArgument*> given = matched(procedure, arguments);
   const Variables variables = inputs(procedure, given);
-  Atomic atomic(session);
+  if (!atomic) atomic.emplace(session);
   Outcome outcome = run_script(session, procedure, variables);
-  atomic.keep();
+  atomic->keep();
   for (std::size_t i = 0; i < given.size(); ++i) {
     if (given[i] == nullptr || given[i]->direction == adParamInput) continue;
     if (procedure.parameters[i].output)
