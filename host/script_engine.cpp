@@ -57,7 +57,7 @@ using script::state_of;
 using script::Stop;
 
 constexpr std::uint32_t kNurseryBytes = 4U << 20U;
-constexpr std::uint32_t kCollectAtMegabytes = 4;
+constexpr std::uint32_t kCollectAtMegabytes = 1;
 constexpr std::size_t kStackBytes = std::size_t{1} << 20U;
 
 struct EndContext {

@@ -13,7 +13,6 @@
 #include <js/ValueArray.h>
 #include <jsapi.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -23,6 +22,7 @@
 #include "host/script_object.h"
 #include "host/script_state.h"
 #include "pelm/error.h"
+#include "platform/value/utf8.h"
 
 namespace pelm::host::script {
 namespace {
@@ -44,43 +44,34 @@ Variant from_number(double number) {
   return number;
 }
 
-bool is_high(char c) { return static_cast<unsigned char>(c) >= 0x80; }
-
 /// In one byte a character, as the engine keeps most texts of these pages; nothing when one of the
 /// characters is beyond U+00FF or the text is not well formed.
 std::optional<std::string> as_latin1(std::string_view utf8) {
-  std::string narrow(utf8.size(), '\0');
-  char* out = narrow.data();
-  for (std::size_t i = 0; i < utf8.size(); ++i) {
-    const auto lead = static_cast<unsigned char>(utf8[i]);
-    if (lead < 0x80) {
-      *out++ = utf8[i];
-      continue;
-    }
-    if (lead != 0xC2 && lead != 0xC3) return std::nullopt;
-    if (++i == utf8.size()) return std::nullopt;
-    const auto trail = static_cast<unsigned char>(utf8[i]);
-    if ((trail & 0xC0U) != 0x80) return std::nullopt;
-    *out++ = static_cast<char>((lead << 6U) | (trail & 0x3FU));
+  std::string narrow;
+  narrow.reserve(utf8.size());
+  for (;;) {
+    const std::string_view ascii = utf8.substr(0, text::ascii_prefix(utf8));
+    narrow += ascii;
+    utf8.remove_prefix(ascii.size());
+    if (utf8.empty()) return narrow;
+    const text::Character high = text::character_at(utf8, 0);
+    if (!high.valid || high.code > 0xFF) return std::nullopt;
+    narrow += static_cast<char>(high.code);
+    utf8.remove_prefix(high.size);
   }
-  narrow.resize(static_cast<std::size_t>(out - narrow.data()));
-  return narrow;
 }
 
 std::string from_latin1(std::string_view narrow) {
-  const auto high = static_cast<std::size_t>(std::count_if(narrow.begin(), narrow.end(), is_high));
-  if (high == 0) return std::string(narrow);
-  std::string utf8(narrow.size() + high, '\0');
-  char* out = utf8.data();
-  for (const char c : narrow) {
-    if (is_high(c)) {
-      *out++ = static_cast<char>(0xC0U | (static_cast<unsigned char>(c) >> 6U));
-      *out++ = static_cast<char>(0x80U | (static_cast<unsigned char>(c) & 0x3FU));
-    } else {
-      *out++ = c;
-    }
+  std::string utf8;
+  utf8.reserve(narrow.size());
+  for (;;) {
+    const std::string_view ascii = narrow.substr(0, text::ascii_prefix(narrow));
+    utf8 += ascii;
+    narrow.remove_prefix(ascii.size());
+    if (narrow.empty()) return utf8;
+    text::append_character(utf8, static_cast<unsigned char>(narrow.front()));
+    narrow.remove_prefix(1);
   }
-  return utf8;
 }
 
 JSObject* to_script_date(JSContext* cx, Date date) {
@@ -185,7 +176,7 @@ Variant from_value(JSContext* cx, JS::HandleValue value, ValueKind wanted, int d
 }  // namespace
 
 JSString* to_script_text(JSContext* cx, std::string_view text) {
-  if (std::none_of(text.begin(), text.end(), is_high)) {
+  if (text::ascii_prefix(text) == text.size()) {
     return require(JS_NewStringCopyN(cx, text.data(), text.size()));
   }
   if (const std::optional<std::string> narrow = as_latin1(text)) {
