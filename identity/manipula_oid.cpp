@@ -18,8 +18,6 @@
 namespace pelm::identity {
 namespace {
 
-using std::string_view_literals::operator""sv;
-
 /// UltimoOID - Delta + 1 in 32 bits, step by step as the platform reckons.
 pelm::Oid first_of_range(pelm::Oid last, std::int16_t size) {
   pelm::Oid result = 0;
@@ -89,9 +87,10 @@ bool ManipulaOID::ObtemDelta() {
   return frame::error_trap("ManipulaOID", "ObtemDelta", [&] {
     const auto connection = private_connection(ado::adModeRead);
     connection->Open();
+    static constexpr std::array<std::string_view, 1> kColumns = {"Delta"};
     Variant size;
-    const bool found = ado::read_first_row(connection, "Select Delta from controlaoid",
-                                           std::array{"Delta"sv}, {&size, 1});
+    const bool found =
+        ado::read_first_row(connection, "Select Delta from controlaoid", kColumns, {&size, 1});
     if (found) Delta_ = to_integer(size);
     connection->Close();
     return found;
