@@ -270,6 +270,13 @@ TEST_P(MontarMenu, ABufferedPageMayShowOptionsAsTheyStoodWhenItBegan) {
   }
 }
 
+TEST_P(MontarMenu, AFailureLeavesNoViewOfTheDatabaseBehind) {
+  add({{20, "A", kNull, 21, 1}, {21, "B", kNull, 20, 1}});
+  EXPECT_NE(raised([&] { menu().Montar_Menu(20, 1); }), std::nullopt);
+  run("update item set NOME = 'y' where OID = 100");
+  EXPECT_EQ(base().fObterNomeItem(100), "y");
+}
+
 TEST_P(MontarMenu, AnOptionWithinItselfFailsAfterWhatWasWritten) {
   add({{20, "A", kNull, 21, 1}, {21, "B", kNull, 20, 1}});
   EXPECT_THAT(raised([&] { menu().Montar_Menu(20, 1); }),

@@ -118,6 +118,20 @@ TEST_F(Procedure, IsRunAsItStandsNow) {
   EXPECT_EQ("Could not find stored procedure 'soma'.", refusal(sum));
 }
 
+// One that was called before is refused only after its transaction has begun.
+TEST_F(Procedure, LeavesNoTransactionBehindWhenItIsRefused) {
+  call("atualoid", {argument("@novooid", adParamOutput)});
+  const auto refused = [&] {
+    call("atualoid", {argument("", adParamInput, 1), argument("", adParamInput, 2)});
+  };
+  EXPECT_NE("nothing was refused", refusal(refused));
+  session_->begin(adXactReadCommitted);  // fails within another
+  run(*session_, "update item set nome = 'x' where oid = 9");
+  EXPECT_NE("nothing was refused", refusal(refused));
+  session_->commit();
+  EXPECT_EQ((Rows{"'x'"}), rows_of(*session_, "select nome from item where oid = 9"));
+}
+
 TEST_F(Procedure, IsMissingInADatabaseWithoutAny) {
   run(*session_, "drop table pelm_procedure");
   EXPECT_EQ("Could not find stored procedure 'atualoid'.", refusal([&] { call("atualoid", {}); }));
