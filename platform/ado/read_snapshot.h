@@ -9,9 +9,10 @@ namespace pelm::ado {
 
 /// While it lives, what is read over a connection may all be as the first statement found it: the
 /// embedded engine then takes its lock once and not for each statement. Whatever writes over the
-/// connection ends that view before it writes. Database servers go on as before, a statement at a
-/// time, and a transaction has a view of its own: nothing happens then, nor on a connection that
-/// is null or closed. Held for the length of an operation, never while anybody is waited for.
+/// connection, or begins a transaction on it, ends that view first. Nothing happens on a database
+/// server, whose statements go on one at a time, within a transaction, within another snapshot,
+/// and on a connection that is null or closed. Held for the length of an operation, never while
+/// anybody is waited for.
 class ReadSnapshot {
  public:
   /// Raises what the engine raises.

@@ -371,7 +371,7 @@ void SqliteSession::end_reading() noexcept {
   try {
     control("COMMIT");
   } catch (const std::exception&) {
-    keeps_traces_ = true;
+    keeps_traces_ = true;  // the pool lets it go
   }
 }
 
