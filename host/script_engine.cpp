@@ -1,52 +1,36 @@
-// One engine context a thread, one realm a page.
-//
-// A new realm for each page costs about 0.1 ms (measured: 0.2 ms for a page of one loop, against
-// 0.07 ms for the same script run again in an old realm). It is the only way in which nothing that
-// a page does to the globals, built-in prototypes included, reaches the next one; freezing the
-// built-ins would forbid pages what they may do today.
+// One engine context a thread. Pages run in a world that they share as long as each leaves it as it
+// found it; a page that does not gets a realm of its own from then on, which costs it some 0.2 ms.
+// Either way nothing that a page does to the globals, built-in prototypes included, reaches the
+// next one, and nothing that the language allows is forbidden, as freezing them would.
 #include "host/script_engine.h"
 
-#include <js/CompilationAndEvaluation.h>
-#include <js/CompileOptions.h>
+#include <js/CallAndConstruct.h>
 #include <js/ContextOptions.h>
 #include <js/Exception.h>
 #include <js/GCAPI.h>
 #include <js/Interrupt.h>
 #include <js/PropertyAndElement.h>
-#include <js/PropertySpec.h>
 #include <js/Realm.h>
-#include <js/SourceText.h>
-#include <js/experimental/JSStencil.h>
+#include <js/ValueArray.h>
 #include <jsapi.h>
-#include <mozilla/RefPtr.h>
 
 #include <stdexcept>
 #include <string>
 #include <utility>
 
-#include "host/random_id.h"
+#include "host/compiled_script.h"
 #include "host/script_errors.h"
+#include "host/script_globals.h"
 #include "host/script_jobs.h"
 #include "host/script_object.h"
 #include "host/script_process.h"
 #include "host/script_state.h"
-#include "host/script_values.h"
+#include "host/script_world.h"
 #include "host/watchdog.h"
 #include "pelm/conversions.h"
-#include "platform/page/application.h"
-#include "platform/page/request.h"
 #include "platform/page/server.h"
-#include "platform/page/session.h"
 
 namespace pelm::host {
-
-class CompiledScript {
- public:
-  CompiledScript(PageSource page, RefPtr<JS::Stencil> compiled)
-      : source(std::move(page)), stencil(std::move(compiled)) {}
-  PageSource source;
-  RefPtr<JS::Stencil> stencil;
-};
 
 namespace {
 
@@ -59,40 +43,13 @@ using script::Stop;
 constexpr std::uint32_t kNurseryBytes = 4U << 20U;
 constexpr std::uint32_t kCollectAtMegabytes = 1;
 constexpr std::size_t kStackBytes = std::size_t{1} << 20U;
+constexpr unsigned kPagesInAWorld = 1000;
+/// Of the memory that a page may take.
+constexpr std::size_t kWorldsShare = 8;
 
 struct EndContext {
   void operator()(JSContext* cx) const { JS_DestroyContext(cx); }
 };
-
-constexpr JSClass kGlobalClass = {
-    "Page", JSCLASS_GLOBAL_FLAGS, &JS::DefaultGlobalClassOps, nullptr, nullptr, nullptr};
-
-/// `kWriteHtml`: a text of the page, as it stands.
-bool write_html(JSContext* cx, unsigned argc, JS::Value* vp) {
-  const JS::CallArgs args = JS::CallArgsFromVp(argc, vp);
-  return guarded(cx, [&] {
-    const State& state = state_of(cx);
-    const auto index = static_cast<std::size_t>(args.get(0).isInt32() ? args[0].toInt32() : -1);
-    if (index < state.source->html.size()) state.response->Write(state.source->html[index]);
-    args.rval().setUndefined();
-  });
-}
-
-/// `kWriteValue`: as Response.Write, nothing for null and for what is not there.
-bool write_value(JSContext* cx, unsigned argc, JS::Value* vp) {
-  const JS::CallArgs args = JS::CallArgsFromVp(argc, vp);
-  return guarded(cx, [&] {
-    const Variant value = script::from_script(cx, args.get(0));
-    if (!value.is_null()) state_of(cx).response->Write(to_text(value));
-    args.rval().setUndefined();
-  });
-}
-
-/// `crypto.randomUUID()`, as browsers have it: what a form's secret or a policy's nonce is made of.
-bool random_uuid_call(JSContext* cx, unsigned argc, JS::Value* vp) {
-  const JS::CallArgs args = JS::CallArgsFromVp(argc, vp);
-  return guarded(cx, [&] { script::to_script(cx, Variant(random_uuid()), args.rval()); });
-}
 
 /// Bytes of the context's heap, those outside its cells included; nothing when there is no memory
 /// left to find out.
@@ -131,6 +88,8 @@ struct ScriptEngine::Part : State {
   std::unique_ptr<JSContext, EndContext> context;
   std::optional<script::Jobs> jobs;
   std::optional<JS::PersistentRootedObject> home;  // compiles; the pages' realms live beside it
+  std::optional<script::World> world;              // most pages'; made when one needs it
+  std::size_t worlds_made = 0;
   const page::Server* server = nullptr;
   Clock::time_point started;
   SourcePlace stopped_at;
@@ -139,10 +98,11 @@ struct ScriptEngine::Part : State {
   std::chrono::milliseconds time_limit() const;
   bool may_go_on();
   bool stop_script(Stop why);
-  JSObject* new_global();
-  void define_globals(JS::HandleObject global, const page::ScriptingContext& page_context);
-  bool execute(const CompiledScript& script, JS::HandleObject global,
-               const page::ScriptingContext& page_context);
+  JSObject* globals_for(const CompiledScript& script);
+  bool execute(const CompiledScript& script, const page::ScriptingContext& page_context);
+  bool run_in(JS::HandleObject globals, const CompiledScript& script,
+              const page::ScriptingContext& page_context);
+  void leave_world(const CompiledScript& script);
   std::optional<PageFailure> outcome(bool completed);
   PageFailure limit_failure() const;
 };
@@ -150,6 +110,7 @@ struct ScriptEngine::Part : State {
 /// What is rooted in the context goes before it; the table of wrappers after it, for the engine
 /// collects the last of them.
 ScriptEngine::Part::~Part() {
+  world.reset();
   home.reset();
   jobs.reset();
   if (table) table->leave_engine();
@@ -182,42 +143,46 @@ bool ScriptEngine::Part::may_go_on() {
   return stop_script(Stop::MemoryLimit);
 }
 
-JSObject* ScriptEngine::Part::new_global() {
-  JS::RealmOptions options;
-  if (home) options.creationOptions().setExistingCompartment(*home);
-  return JS_NewGlobalObject(cx(), &kGlobalClass, nullptr, JS::FireOnNewGlobalHook, options);
-}
-
-void ScriptEngine::Part::define_globals(JS::HandleObject global,
-                                        const page::ScriptingContext& page_context) {
-  const auto require = [](bool done) {
-    if (!done) throw script::Failed();
-  };
-  constexpr unsigned kHidden = JSPROP_READONLY | JSPROP_PERMANENT;
-  require(JS_DefineFunction(cx(), global, kWriteHtml.data(), write_html, 1, kHidden));
-  require(JS_DefineFunction(cx(), global, kWriteValue.data(), write_value, 1, kHidden));
-  const std::pair<const char*, ObjectRef> page_objects[] = {
-      {"Application", page_context.Application}, {"Session", page_context.Session},
-      {"Request", page_context.Request},         {"Response", page_context.Response},
-      {"Server", page_context.Server},
-  };
-  JS::RootedValue value(cx());
-  for (const auto& [name, object] : page_objects) {
-    script::to_script(cx(), object, &value);
-    require(JS_DefineProperty(cx(), global, name, value, JSPROP_ENUMERATE));
+JSObject* ScriptEngine::Part::globals_for(const CompiledScript& script) {
+  if (script.alters_globals()) return script::new_globals(cx(), *home);
+  if (!world) {
+    world.emplace(cx(), *home);
+    ++worlds_made;
   }
-  const JS::RootedObject crypto(cx(), JS_NewPlainObject(cx()));
-  require(crypto && JS_DefineFunction(cx(), crypto, "randomUUID", random_uuid_call, 0, 0));
-  require(JS_DefineProperty(cx(), global, "crypto", crypto, 0));
+  return world->globals();
 }
 
-bool ScriptEngine::Part::execute(const CompiledScript& script, JS::HandleObject global,
+bool ScriptEngine::Part::run_in(JS::HandleObject globals, const CompiledScript& script,
+                                const page::ScriptingContext& page_context) {
+  const JSAutoRealm realm(cx(), globals);
+  if (!guarded(cx(), [&] { script::give_page_objects(cx(), globals, page_context); })) return false;
+  const bool in_world = world && globals == world->globals();
+  JS::RootedValue function(cx());
+  function.setObjectOrNull(in_world ? world->function_of(cx(), script) : script.function(cx()));
+  JS::RootedValue ignored(cx());
+  return !function.isNull() &&
+         JS::Call(cx(), JS::UndefinedHandleValue, function, JS::HandleValueArray::empty(),
+                  &ignored) &&
+         jobs->run_all(cx());
+}
+
+bool ScriptEngine::Part::execute(const CompiledScript& script,
                                  const page::ScriptingContext& page_context) {
-  if (!guarded(cx(), [&] { define_globals(global, page_context); })) return false;
-  const JS::InstantiateOptions options;
-  const JS::RootedScript instance(cx(),
-                                  JS::InstantiateGlobalStencil(cx(), options, script.stencil));
-  return instance && JS_ExecuteScript(cx(), instance) && jobs->run_all(cx());
+  JS::RootedObject globals(cx());
+  return guarded(cx(), [&] { globals = globals_for(script); }) &&
+         run_in(globals, script, page_context);
+}
+
+/// The world goes when the page has altered it, when the page was stopped, for then memory is what
+/// matters, and now and then: what the engine has learnt of pages that are seldom asked for goes
+/// with it.
+void ScriptEngine::Part::leave_world(const CompiledScript& script) {
+  if (!world || script.alters_globals()) return;
+  const bool as_found = world->left_as_found(cx());
+  if (!as_found) script.note_altered_globals();
+  const bool stopped = stop == Stop::TimeLimit || stop == Stop::MemoryLimit;
+  const bool heavy = JS_GetGCParameter(cx(), JSGC_BYTES) > limits.heap_bytes / kWorldsShare;
+  if (!as_found || stopped || heavy || world->pages() == kPagesInAWorld) world.reset();
 }
 
 PageFailure ScriptEngine::Part::limit_failure() const {
@@ -259,54 +224,37 @@ ScriptEngine::ScriptEngine(const PageHooks& hooks, ScriptLimits limits, Watchdog
   part_->jobs.emplace(cx);
   const bool interruptible = JS_AddInterruptCallback(
       cx, [](JSContext* running) { return static_cast<Part&>(state_of(running)).may_go_on(); });
-  part_->home.emplace(cx, part_->new_global());
-  if (!interruptible || !*part_->home) {
+  const bool started =
+      guarded(cx, [&] { part_->home.emplace(cx, script::new_globals(cx, nullptr)); });
+  if (!interruptible || !started) {
     throw std::runtime_error("a context of the script engine could not be made");
   }
 }
 
 ScriptEngine::~ScriptEngine() = default;
 
+std::size_t ScriptEngine::worlds_made() const noexcept { return part_->worlds_made; }
+
 std::shared_ptr<const CompiledScript> ScriptEngine::compile(PageSource source) {
-  JSContext* cx = part_->cx();
-  const JSAutoRealm realm(cx, *part_->home);
-  JS::CompileOptions options(cx);
-  options.setFileAndLine(source.files.front().c_str(), 1).setNoScriptRval(true);
-  JS::SourceText<mozilla::Utf8Unit> text;
-  RefPtr<JS::Stencil> stencil;
-  if (text.init(cx, source.script.data(), source.script.size(), JS::SourceOwnership::Borrowed)) {
-    stencil = JS::CompileGlobalScriptToStencil(cx, options, text);
-  }
-  if (!stencil) {
-    part_->source = &source;
-    const PageFailure failure = script::take_failure(cx);
-    part_->source = nullptr;
-    throw PageSyntaxError(failure.place, failure.description);
-  }
-  return std::make_shared<CompiledScript>(std::move(source), std::move(stencil));
+  const JSAutoRealm realm(part_->cx(), *part_->home);
+  return CompiledScript::compile(part_->cx(), std::move(source));
 }
 
 std::optional<PageFailure> ScriptEngine::run(const CompiledScript& script,
                                              const page::ScriptingContext& context) {
   Part& part = *part_;
-  part.source = &script.source;
+  part.source = &script.source();
   part.response = context.Response.get();
   part.server = context.Server.get();
   part.stop = Stop::None;
-  part.stopped_at = {script.source.files.front(), 1};
+  part.stopped_at = {script.source().files.front(), 1};
   part.started = Clock::now();
 
   std::optional<PageFailure> failure;
   {
     const Watchdog::Watching watching(part.watchdog, part.cx());
     const JSAutoRealm home(part.cx(), *part.home);
-    const JS::RootedObject global(part.cx(), part.new_global());
-    if (global) {
-      const JSAutoRealm realm(part.cx(), global);
-      failure = part.outcome(part.execute(script, global, context));
-    } else {
-      failure = part.outcome(false);
-    }
+    failure = part.outcome(part.execute(script, context));
   }
   JS_ClearPendingException(part.cx());
   part.source = nullptr;
@@ -314,6 +262,7 @@ std::optional<PageFailure> ScriptEngine::run(const CompiledScript& script,
   part.server = nullptr;
   part.jobs->clear();
   part.table->release_all();
+  part.leave_world(script);
   if (part.stop == Stop::MemoryLimit) {
     JS::PrepareForFullGC(part.cx());
     JS::NonIncrementalGC(part.cx(), JS::GCOptions::Shrink, JS::GCReason::API);

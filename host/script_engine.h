@@ -1,5 +1,6 @@
-/// The script engine of one thread: compiles pages and runs them, each in globals of its own,
-/// within limits of time and memory.
+/// The script engine of one thread: compiles pages and runs them within limits of time and memory.
+/// Nothing of a page reaches the next: it finds its globals and the language as if it were the
+/// first, and what it declares is its own.
 ///
 ///     ScriptEngine engine(hooks, limits, watchdog);
 ///     const auto script = engine.compile(read_page(files, "/x.page"));
@@ -47,6 +48,10 @@ class ScriptEngine {
   /// component is held by the script afterwards.
   std::optional<PageFailure> run(const CompiledScript& script,
                                  const page::ScriptingContext& context);
+
+  /// How many worlds were made for pages to share; a page that leaves its world as it found it
+  /// makes none necessary.
+  std::size_t worlds_made() const noexcept;
 
  private:
   struct Part;
