@@ -20,7 +20,7 @@ class Image {
 
   /// Whether every object still has the same properties, none added, taken away, redefined or given
   /// another value, the same prototype, and can be added to as before. Never wrong with yes; a no
-  /// may come of something that no script could see. Takes a few microseconds.
+  /// may come of something that no script could see. Takes about ten microseconds.
   bool holds(JSContext* cx) const;
 
  private:
