@@ -6,7 +6,9 @@
 #include <js/PropertyAndElement.h>
 #include <jsapi.h>
 
+#include <array>
 #include <cstddef>
+#include <memory_resource>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,11 +34,10 @@ class CallArguments {
   CallArguments(JSContext* cx, const MemberInfo& member, const JS::CallArgs& args, unsigned count)
       : cx_(cx), member_(member), holders_(cx) {
     values_.reserve(count);
-    require(holders_.resize(count));
     JS::RootedValue value(cx);
     for (unsigned i = 0; i < count; ++i) {
       value = args[i];
-      take_holder(i, &value);
+      take_holder(i, count, &value);
       if (value.isUndefined()) {
         values_.emplace_back(kAbsent);
       } else {
@@ -49,6 +50,7 @@ class CallArguments {
 
   /// By-reference arguments go back into `{value: …}`.
   void give_back() {
+    if (holders_.empty()) return;
     JS::RootedValue value(cx_);
     JS::RootedObject holder(cx_);
     for (std::size_t i = 0; i < values_.size() && i < member_.parameters.size(); ++i) {
@@ -65,7 +67,7 @@ class CallArguments {
   }
 
   /// A plain object with a property `value` of its own stands for that value.
-  void take_holder(unsigned i, JS::MutableHandleValue value) {
+  void take_holder(unsigned i, unsigned count, JS::MutableHandleValue value) {
     if (!value.isObject()) return;
     const JS::RootedObject object(cx_, &value.toObject());
     js::ESClass kind = js::ESClass::Other;
@@ -75,13 +77,17 @@ class CallArguments {
     if (kind == js::ESClass::Object) require(JS_HasOwnProperty(cx_, object, "value", &has_value));
     if (!has_value) return;
     require(JS_GetProperty(cx_, object, "value", value));
+    if (holders_.empty()) require(holders_.resize(count));
     holders_[i].set(object);
   }
 
   JSContext* cx_;
   const MemberInfo& member_;
-  std::vector<OptionalArg> values_;
-  JS::RootedObjectVector holders_;
+  // Few calls have more.
+  alignas(OptionalArg) std::array<std::byte, 4 * sizeof(OptionalArg)> room_;
+  std::pmr::monotonic_buffer_resource memory_{room_.data(), room_.size()};
+  std::pmr::vector<OptionalArg> values_{&memory_};
+  JS::RootedObjectVector holders_;  // of every argument, once there is one
 };
 
 void call_and_give_back(JSContext* cx, const Target& target, CallArguments& arguments,

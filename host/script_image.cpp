@@ -134,24 +134,38 @@ void Image::keep(JSContext* cx, JS::HandleObject object, std::size_t properties)
   require(JS::IsArrayObject(cx, object, &array));
   const JS::shadow::Object& record = record_of(object);
   // The slots before these are the engine's own; an array's length has none.
-  const auto first = static_cast<std::uint32_t>(JSCLASS_RESERVED_SLOTS(JS::GetClass(object)));
-  const auto slots = static_cast<std::uint32_t>(properties - (array ? 1 : 0));
-  kept_.push_back({record.shape, record._1, first, slots, array});
-  for (std::uint32_t slot = first; slot < first + slots; ++slot) {
+  const std::size_t first = JSCLASS_RESERVED_SLOTS(JS::GetClass(object));
+  const std::size_t end = first + properties - (array ? 1 : 0);
+  const std::size_t fixed = record.numFixedSlots();
+  const auto small = [](std::size_t n) { return static_cast<std::uint16_t>(n); };
+  const std::size_t within = std::min(end, fixed) - std::min(first, fixed);
+  kept_.push_back({.shape = record.shape,
+                   .elements = record._1,
+                   .first_within = small(first),
+                   .within = small(within),
+                   .first_beside = small(std::max(first, fixed) - fixed),
+                   .beside = small(end - first - within),
+                   .array = array});
+  for (std::size_t slot = first; slot < end; ++slot) {
     values_.push_back(record.slotRef(slot).asRawBits());
   }
 }
 
 bool Image::holds(JSContext* cx) const {
   const std::uint64_t* value = values_.data();
+  const auto same = [&value](const JS::Value* slot, std::uint16_t count) {
+    for (const JS::Value* const end = slot + count; slot != end; ++slot) {
+      if (slot->asRawBits() != *value++) return false;
+    }
+    return true;
+  };
   JS::RootedObject array(cx);
   for (std::size_t i = 0; i < kept_.size(); ++i) {
     const Kept& kept = kept_[i];
     const JS::shadow::Object& record = record_of(objects_[i]);
     if (record.shape != kept.shape || record._1 != kept.elements) return false;
-    for (std::uint32_t slot = kept.first_slot; slot < kept.first_slot + kept.slots; ++slot) {
-      if (record.slotRef(slot).asRawBits() != *value++) return false;
-    }
+    if (!same(record.fixedSlots() + kept.first_within, kept.within)) return false;
+    if (kept.beside != 0 && !same(record.slots + kept.first_beside, kept.beside)) return false;
     if (!kept.array) continue;
     std::uint32_t length = 0;
     array = objects_[i];

@@ -28,8 +28,11 @@ class Image {
   struct Kept {
     const void* shape;     ///< tells everything but the values
     const void* elements;  ///< the engine's common empty ones
-    std::uint32_t first_slot;
-    std::uint32_t slots;
+    /// The slots of its properties: some within the object, the others beside it.
+    std::uint16_t first_within;
+    std::uint16_t within;
+    std::uint16_t first_beside;
+    std::uint16_t beside;
     bool array;
   };
 
