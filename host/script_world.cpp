@@ -1,3 +1,4 @@
+// The functions of pages are kept by the script they came from, and go when that does.
 #include "host/script_world.h"
 
 #include <js/Exception.h>
