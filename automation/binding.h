@@ -193,6 +193,21 @@ class Slot<std::string_view> {
   std::string made_;
 };
 
+/// A value of any type is lent likewise.
+template <>
+class Slot<const Variant&> {
+ public:
+  static constexpr bool by_reference = false;
+  static constexpr bool optional_variant = false;
+
+  explicit Slot(const OptionalArg& given) : given_(given) {}
+  const Variant& value() const { return *given_; }
+  void write_back() {}
+
+ private:
+  const OptionalArg& given_;
+};
+
 /// Writes by-reference arguments back however the call ends: a failure keeps what was changed.
 template <class Slots>
 struct WriteBack {

@@ -2,9 +2,10 @@
 #include "automation/dispatch.h"
 
 #include <algorithm>
+#include <functional>
+#include <map>
 #include <string>
 #include <typeindex>
-#include <unordered_map>
 #include <vector>
 
 #include "automation/bad_argument.h"
@@ -16,17 +17,10 @@
 namespace pelm::automation {
 namespace {
 
-/// The library's own hash reads the type's name from end to end.
-struct NameAddress {
-  std::size_t operator()(const std::type_index& type) const noexcept {
-    return std::hash<const void*>()(type.name());
-  }
-};
-
 struct TypeLibrary {
   std::vector<ClassEntry> entries;
   std::vector<const ClassInfo*> list;
-  std::unordered_map<std::type_index, const ClassInfo*, NameAddress> by_type;
+  std::map<const char*, const ClassInfo*, std::less<>> by_type_name;  // by the name's address
 
   TypeLibrary() {
     for (ClassEntry (*table)() : {cmain_table,     conn_table,          base_table,
@@ -40,7 +34,7 @@ struct TypeLibrary {
     }
     for (const ClassEntry& entry : entries) {
       list.push_back(&entry.info);
-      by_type.emplace(entry.type, &entry.info);
+      by_type_name.emplace(entry.type.name(), &entry.info);
     }
   }
 };
@@ -163,9 +157,9 @@ const ClassInfo* find_class(std::string_view name) noexcept {
 }
 
 const ClassInfo& class_of(const Object& object) {
-  const auto& by_type = type_library().by_type;
-  const auto known = by_type.find(typeid(object));
-  if (known != by_type.end()) return *known->second;
+  const auto& by_type_name = type_library().by_type_name;
+  const auto known = by_type_name.find(typeid(object).name());
+  if (known != by_type_name.end()) return *known->second;
   // Another shared object may have a name of its own for the same type.
   const auto& entries = type_library().entries;
   const auto found = std::ranges::find(entries, std::type_index(typeid(object)), &ClassEntry::type);

@@ -6,9 +6,9 @@
 #include <js/PropertyAndElement.h>
 #include <jsapi.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <memory_resource>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,21 +32,23 @@ namespace {
 class CallArguments {
  public:
   CallArguments(JSContext* cx, const MemberInfo& member, const JS::CallArgs& args, unsigned count)
-      : cx_(cx), member_(member), holders_(cx) {
-    values_.reserve(count);
+      : cx_(cx),
+        member_(member),
+        values_(few_.data(), std::min<std::size_t>(count, few_.size())),
+        holders_(cx) {
+    if (count > few_.size()) {
+      many_.resize(count);
+      values_ = many_;
+    }
     JS::RootedValue value(cx);
     for (unsigned i = 0; i < count; ++i) {
       value = args[i];
       take_holder(i, count, &value);
-      if (value.isUndefined()) {
-        values_.emplace_back(kAbsent);
-      } else {
-        values_.emplace_back(from_script(cx, value, kind_of(i)));
-      }
+      if (!value.isUndefined()) values_[i].emplace(from_script(cx, value, kind_of(i)));
     }
   }
 
-  automation::Arguments values() { return values_; }
+  automation::Arguments values() const { return values_; }
 
   /// By-reference arguments go back into `{value: …}`.
   void give_back() {
@@ -83,22 +85,22 @@ class CallArguments {
 
   JSContext* cx_;
   const MemberInfo& member_;
-  // Few calls have more.
-  alignas(OptionalArg) std::array<std::byte, 4 * sizeof(OptionalArg)> room_;
-  std::pmr::monotonic_buffer_resource memory_{room_.data(), room_.size()};
-  std::pmr::vector<OptionalArg> values_{&memory_};
+  std::array<OptionalArg, 4> few_;
+  std::vector<OptionalArg> many_;  // for the few calls that have more
+  automation::Arguments values_;
   JS::RootedObjectVector holders_;  // of every argument, once there is one
 };
 
 void call_and_give_back(JSContext* cx, const Target& target, CallArguments& arguments,
                         JS::MutableHandleValue result) {
-  Variant answer;
-  try {
-    answer = automation::call(*target.object, *target.cls, *target.member, arguments.values());
-  } catch (const Error&) {
-    arguments.give_back();
-    throw;
-  }
+  const Variant answer = [&] {
+    try {
+      return automation::call(*target.object, *target.cls, *target.member, arguments.values());
+    } catch (const Error&) {
+      arguments.give_back();
+      throw;
+    }
+  }();
   arguments.give_back();
   to_script(cx, answer, result);
 }

@@ -13,10 +13,12 @@
 #include <js/ValueArray.h>
 #include <jsapi.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <optional>
 
 #include "host/script_object.h"
@@ -44,33 +46,51 @@ Variant from_number(double number) {
   return number;
 }
 
-/// In one byte a character, as the engine keeps most texts of these pages; nothing when one of the
-/// characters is beyond U+00FF or the text is not well formed.
-std::optional<std::string> as_latin1(std::string_view utf8) {
-  std::string narrow;
-  narrow.reserve(utf8.size());
-  for (;;) {
-    const std::string_view ascii = utf8.substr(0, text::ascii_prefix(utf8));
-    narrow += ascii;
-    utf8.remove_prefix(ascii.size());
-    if (utf8.empty()) return narrow;
-    const text::Character high = text::character_at(utf8, 0);
-    if (!high.valid || high.code > 0xFF) return std::nullopt;
-    narrow += static_cast<char>(high.code);
-    utf8.remove_prefix(high.size);
+/// Bytes to convert a text into: on the stack, if they are few.
+class Room {
+ public:
+  explicit Room(std::size_t size) {
+    if (size > few_.size()) many_ = std::make_unique_for_overwrite<char[]>(size);
   }
+  char* data() noexcept { return many_ ? many_.get() : few_.data(); }
+
+ private:
+  std::array<char, 1024> few_;
+  std::unique_ptr<char[]> many_;
+};
+
+/// In one byte a character, as the engine keeps most texts of these pages; null when one of the
+/// characters is beyond U+00FF or the text is not well formed. The first `ascii` bytes are ASCII.
+JSString* narrow_text(JSContext* cx, std::string_view utf8, std::size_t ascii) {
+  Room room(utf8.size());
+  char* to = room.data();
+  for (;;) {
+    to = std::copy_n(utf8.data(), ascii, to);
+    utf8.remove_prefix(ascii);
+    if (utf8.empty()) break;
+    const text::Character high = text::character_at(utf8, 0);
+    if (!high.valid || high.code > 0xFF) return nullptr;
+    *to++ = static_cast<char>(high.code);
+    utf8.remove_prefix(high.size);
+    ascii = text::ascii_prefix(utf8);
+  }
+  return require(JS_NewStringCopyN(cx, room.data(), static_cast<std::size_t>(to - room.data())));
 }
 
 std::string from_latin1(std::string_view narrow) {
-  std::string utf8;
-  utf8.reserve(narrow.size());
+  std::size_t ascii = text::ascii_prefix(narrow);
+  if (ascii == narrow.size()) return std::string(narrow);
+  Room room(2 * narrow.size());
+  char* to = room.data();
   for (;;) {
-    const std::string_view ascii = narrow.substr(0, text::ascii_prefix(narrow));
-    utf8 += ascii;
-    narrow.remove_prefix(ascii.size());
-    if (narrow.empty()) return utf8;
-    text::append_character(utf8, static_cast<unsigned char>(narrow.front()));
+    to = std::copy_n(narrow.data(), ascii, to);
+    narrow.remove_prefix(ascii);
+    if (narrow.empty()) return {room.data(), to};
+    const auto high = static_cast<unsigned char>(narrow.front());
+    *to++ = static_cast<char>(0xC0U | (high >> 6U));
+    *to++ = static_cast<char>(0x80U | (high & 0x3FU));
     narrow.remove_prefix(1);
+    ascii = text::ascii_prefix(narrow);
   }
 }
 
@@ -176,12 +196,9 @@ Variant from_value(JSContext* cx, JS::HandleValue value, ValueKind wanted, int d
 }  // namespace
 
 JSString* to_script_text(JSContext* cx, std::string_view text) {
-  if (text::ascii_prefix(text) == text.size()) {
-    return require(JS_NewStringCopyN(cx, text.data(), text.size()));
-  }
-  if (const std::optional<std::string> narrow = as_latin1(text)) {
-    return require(JS_NewStringCopyN(cx, narrow->data(), narrow->size()));
-  }
+  const std::size_t ascii = text::ascii_prefix(text);
+  if (ascii == text.size()) return require(JS_NewStringCopyN(cx, text.data(), text.size()));
+  if (JSString* const narrow = narrow_text(cx, text, ascii)) return narrow;
   std::size_t length = 0;
   JS::UniqueTwoByteChars chars(
       JS::LossyUTF8CharsToNewTwoByteCharsZ(cx, JS::UTF8Chars(text.data(), text.size()), &length,

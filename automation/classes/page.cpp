@@ -116,8 +116,10 @@ ClassEntry response_table() {
   return class_table<R>(
       kClassName<R>, "", "What the page answers.",
       {
-          method<[](R& r, const OptionalArg& value) { r.Write(shown(value)); }>(
-              "Write", "Adds text to the page.", {"Value"}),
+          method<[](R& r, const OptionalArg& value) {
+            if (value && value->is_text()) return r.Write(value->text());
+            r.Write(shown(value));
+          }>("Write", "Adds text to the page.", {"Value"}),
           property("Status", "\"200 OK\" and the like.", &R::Status, &R::Status),
           property("ContentType", "The media type.", &R::ContentType, &R::ContentType),
           property("Charset", "The character set.", &R::Charset, &R::Charset),

@@ -11,13 +11,24 @@
 namespace pelm::text {
 
 std::size_t ascii_prefix(std::string_view s) noexcept {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080U;
-  std::size_t at = 0;
-  while (s.size() - at >= sizeof(std::uint64_t)) {
-    std::uint64_t word = 0;
+  using Word = std::uint64_t;
+  constexpr Word kHighBits = 0x8080808080808080U;
+  const auto high_bits = [&](std::size_t at) {
+    Word word = 0;
     std::memcpy(&word, s.data() + at, sizeof word);
-    if ((word & kHighBits) != 0) break;
-    at += sizeof word;
+    return word & kHighBits;
+  };
+  std::size_t at = 0;
+  if (s.size() >= sizeof(Word)) {
+    const std::size_t last = s.size() - sizeof(Word);
+    const auto all_ascii = [&](std::size_t from) {
+      return (high_bits(from) | high_bits(from + 8) | high_bits(from + 16) |
+              high_bits(from + 24)) == 0;
+    };
+    while (at + 3 * sizeof(Word) <= last && all_ascii(at)) at += 4 * sizeof(Word);
+    while (at < last && high_bits(at) == 0) at += sizeof(Word);
+    at = std::min(at, last);  // the last word may begin before the place that is reached
+    if (high_bits(at) == 0) return s.size();
   }
   while (at < s.size() && static_cast<unsigned char>(s[at]) < 0x80) ++at;
   return at;

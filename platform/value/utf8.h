@@ -52,7 +52,7 @@ inline void append_character(std::string& out, char32_t code) {
   put(0x80U | (code & 0x3FU));
 }
 
-/// Bytes at the start of `s` that are ASCII, found eight at a time.
+/// Bytes at the start of `s` that are ASCII, found many at a time.
 std::size_t ascii_prefix(std::string_view s) noexcept;
 
 }  // namespace pelm::text

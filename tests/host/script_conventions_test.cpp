@@ -111,6 +111,20 @@ TEST_F(ScriptValues, OfTheComponentThatAreNoTextComeAsReplacements) {
   }
 }
 
+// Short texts are converted on the stack, long ones beside it.
+TEST_F(ScriptValues, OfAnyLengthComeThroughWhole) {
+  for (const std::string_view character : {"a", "ç", "€", "😀"}) {
+    std::string text = "x";
+    for (const std::size_t length :
+         {1U, 7U, 8U, 9U, 31U, 33U, 511U, 512U, 513U, 1023U, 1024U, 1025U, 2048U, 5000U}) {
+      while (text.size() < length) text += text.size() % 3 == 0 ? character : "-";
+      application_->Value("t", Variant(text));
+      EXPECT_EQ(value_of("Application('t')"), text);
+      EXPECT_EQ(value_of("p.Descreve(Application('t'))"), "Text " + text);
+    }
+  }
+}
+
 TEST_F(ScriptValues, AreWrittenAsTheComponentWritesThem) {
   const std::vector<ExpressionCase> cases = {{"1.5", "1,5"},
                                              {"1000000", "1000000"},

@@ -201,5 +201,21 @@ TEST(Utf8, AppendsWhatItReads) {
   }
 }
 
+// It looks at many bytes at a time: whatever the length and the place, as one at a time would.
+TEST(AsciiPrefix, EndsAtTheFirstByteThatIsNotAscii) {
+  for (std::size_t size = 0; size <= 100; ++size) {
+    const std::string ascii(size, '\x7F');
+    EXPECT_EQ(ascii_prefix(ascii), size);
+    for (std::size_t first = 0; first < size; ++first) {
+      std::string s = ascii;
+      s[first] = '\x80';
+      EXPECT_EQ(ascii_prefix(s), first) << size;
+      s.back() = '\xFF';
+      EXPECT_EQ(ascii_prefix(s), first) << size;
+      EXPECT_EQ(ascii_prefix(std::string_view(s).substr(0, first)), first) << size;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace pelm::text
