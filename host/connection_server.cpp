@@ -30,6 +30,8 @@ constexpr std::size_t kMostHeadBytes = std::size_t{64} << 10U;
 /// A body that trickles in is cut after this many times the limit between two of its bytes.
 constexpr int kBodyPatience = 30;
 constexpr int kBacklog = 511;
+/// Bytes of a body that go out with the head before it.
+constexpr std::size_t kMostAlong = std::size_t{16} << 10U;
 
 int milliseconds_until(Clock::time_point moment) {
   const auto left = std::chrono::ceil<milliseconds>(moment - Clock::now()).count();
@@ -82,12 +84,18 @@ void make_plain(httplib::Request& request, std::string_view head) {
   request.ranges.clear();
 }
 
-std::pair<std::string, int> name_of(const sockaddr_storage& address, socklen_t length) {
+using EndName = std::pair<std::string, int>;
+
+/// Of one end of a connection; `ask` is getpeername or getsockname.
+EndName end_name(socket_t socket, int (*ask)(int, sockaddr*, socklen_t*)) {
+  sockaddr_storage address = {};
+  socklen_t length = sizeof(address);
+  if (ask(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0) return {};
   std::array<char, NI_MAXHOST> host = {};
   std::array<char, NI_MAXSERV> port = {};
   if (getnameinfo(reinterpret_cast<const sockaddr*>(&address), length, host.data(), host.size(),
                   port.data(), port.size(), NI_NUMERICHOST | NI_NUMERICSERV) != 0) {
-    return {std::string(), 0};
+    return {};
   }
   return {host.data(), std::atoi(port.data())};
 }
@@ -118,7 +126,11 @@ EventDescriptor::~EventDescriptor() { ::close(number_); }
 /// One client: the library reads and writes through it.
 class ConnectionServer::Connection final : public httplib::Stream {
  public:
-  Connection(socket_t socket, const ConnectionLimits& limits) : socket_(socket), limits_(limits) {}
+  Connection(socket_t socket, const ConnectionLimits& limits)
+      : socket_(socket),
+        limits_(limits),
+        client_(end_name(socket, ::getpeername)),
+        server_(end_name(socket, ::getsockname)) {}
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
   ~Connection() override {
@@ -132,6 +144,8 @@ class ConnectionServer::Connection final : public httplib::Stream {
     read_until_ = Clock::now() + limits_.read;
     in_body_ = false;
     head_.clear();
+    holds_ = false;
+    held_.clear();
   }
   void begin_body() {
     budget_ = limits_.body_bytes + limits_.body_bytes / 4 + kMostHeadBytes;  // and its chunk marks
@@ -139,6 +153,8 @@ class ConnectionServer::Connection final : public httplib::Stream {
     in_body_ = true;
   }
   void close_after_answer() { closes_ = true; }
+  /// The next write waits for the one after it, or for `send_held`.
+  void hold_next() { holds_ = true; }
   bool closes() const { return closes_; }
   /// Of the request that is being read, as far as it was read.
   const std::string& head() const { return head_; }
@@ -159,27 +175,32 @@ class ConnectionServer::Connection final : public httplib::Stream {
   }
 
   ssize_t write(const char* from, size_t size) override {
-    for (;;) {
-      const ssize_t sent = ::send(socket_, from, size, MSG_NOSIGNAL | MSG_DONTWAIT);
-      if (sent >= 0) return sent;
-      if (errno == EINTR) continue;
-      if ((errno != EAGAIN && errno != EWOULDBLOCK) || !is_writable()) return -1;
+    if (std::exchange(holds_, false)) {
+      held_.assign(from, size);
+      return static_cast<ssize_t>(size);
     }
+    if (held_.empty()) return send(from, size);
+    const std::size_t along = std::min(size, kMostAlong);
+    held_.append(from, along);
+    return send_held() ? static_cast<ssize_t>(along) : -1;
+  }
+
+  /// False when the client takes nothing any more.
+  bool send_held() {
+    const std::string held = std::exchange(held_, {});
+    for (std::string_view rest = held; !rest.empty();) {
+      const ssize_t sent = send(rest.data(), rest.size());
+      if (sent < 0) return false;
+      rest.remove_prefix(static_cast<std::size_t>(sent));
+    }
+    return true;
   }
 
   void get_remote_ip_and_port(std::string& ip, int& port) const override {
-    sockaddr_storage address = {};
-    socklen_t length = sizeof(address);
-    if (getpeername(socket_, reinterpret_cast<sockaddr*>(&address), &length) == 0) {
-      std::tie(ip, port) = name_of(address, length);
-    }
+    std::tie(ip, port) = client_;
   }
   void get_local_ip_and_port(std::string& ip, int& port) const override {
-    sockaddr_storage address = {};
-    socklen_t length = sizeof(address);
-    if (getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &length) == 0) {
-      std::tie(ip, port) = name_of(address, length);
-    }
+    std::tie(ip, port) = server_;
   }
   socket_t socket() const override { return socket_; }
 
@@ -193,6 +214,15 @@ class ConnectionServer::Connection final : public httplib::Stream {
     return in_body_ ? std::min(read_until_, Clock::now() + limits_.read) : read_until_;
   }
   Clock::time_point write_limit() const { return Clock::now() + limits_.write; }
+
+  ssize_t send(const char* from, std::size_t size) const {
+    for (;;) {
+      const ssize_t sent = ::send(socket_, from, size, MSG_NOSIGNAL | MSG_DONTWAIT);
+      if (sent >= 0) return sent;
+      if (errno == EINTR) continue;
+      if ((errno != EAGAIN && errno != EWOULDBLOCK) || !is_writable()) return -1;
+    }
+  }
 
   /// False at the end, after an error, and when nothing comes in time.
   bool fill() {
@@ -209,12 +239,16 @@ class ConnectionServer::Connection final : public httplib::Stream {
 
   const socket_t socket_;
   const ConnectionLimits& limits_;
+  const EndName client_;
+  const EndName server_;
   std::array<char, 8192> buffer_;
   std::size_t next_ = 0;
   std::size_t filled_ = 0;
   std::size_t budget_ = 0;
   Clock::time_point read_until_;
   std::string head_;
+  std::string held_;  ///< waits to be sent
+  bool holds_ = false;
   bool in_body_ = false;
   bool closes_ = false;
 };
@@ -319,7 +353,8 @@ bool ConnectionServer::serve_request(Connection& connection, bool is_last) {
         make_plain(request, connection.head());
         connection.begin_body();
       });
-  return answered && !is_last && !client_closes && !connection.closes();
+  const bool sent = connection.send_held();
+  return answered && sent && !is_last && !client_closes && !connection.closes();
 }
 
 bool ConnectionServer::wait_for_request(const Connection& connection,
@@ -345,6 +380,10 @@ bool ConnectionServer::wait_for_request(const Connection& connection,
 void ConnectionServer::close_after_answer(httplib::Response& response) {
   response.set_header("Connection", "close");
   if (served_) served_->close_after_answer();
+}
+
+void ConnectionServer::send_head_with_body() {
+  if (served_) served_->hold_next();
 }
 
 bool ConnectionServer::client_has_gone() { return served_ && served_->client_has_gone(); }

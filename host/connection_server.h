@@ -58,6 +58,8 @@ class ConnectionServer : public httplib::Server {
   /// For a handler: the connection of the request it serves closes after the answer, as it must
   /// when a body was left unread.
   static void close_after_answer(httplib::Response& response);
+  /// For a handler whose answer is there as a whole: its head goes out together with the body.
+  static void send_head_with_body();
   /// For a handler: whether its client has closed the connection.
   static bool client_has_gone();
 

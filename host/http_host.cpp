@@ -298,6 +298,7 @@ void HttpHost::Part::answer_file(const StaticFile& file, const httplib::Request&
   if (!*stream) return refuse(response, 404);
   response.status = 200;
   if (file.size == 0) return response.set_content("", file.media_type);
+  ConnectionServer::send_head_with_body();
   response.set_content_provider(
       file.size, file.media_type,
       [stream](std::size_t, std::size_t length, httplib::DataSink& sink) {
@@ -359,6 +360,7 @@ void HttpHost::Part::answer_page(const std::string& page_path, const RequestTarg
     stream(answer, context->Response, response);
   } else if (has_body(answer->head().status)) {
     response.set_content(answer->next().value_or(std::string()), answer->head().content_type);
+    ConnectionServer::send_head_with_body();
   }
 }
 

@@ -9,10 +9,11 @@ namespace pelm::host {
 PagePool::PagePool(std::size_t threads, const MakeRunner& make_runner) {
   try {
     for (std::size_t i = 0; i < threads; ++i) {
-      threads_.emplace_back([this, make_runner] { work(make_runner); });
+      Worker& worker = workers_.emplace_back();
+      worker.thread = std::thread([this, &worker, make_runner] { work(worker, make_runner); });
     }
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return failure_ || ready_ == threads; });
+    started_.wait(lock, [&] { return failure_ || ready_ == threads; });
     if (failure_) std::rethrow_exception(failure_);
   } catch (...) {
     stop();
@@ -26,30 +27,44 @@ void PagePool::stop() {
   {
     const std::lock_guard guard(mutex_);
     ends_ = true;
+    idle_.clear();
   }
-  changed_.notify_all();
-  for (std::thread& thread : threads_) thread.join();
-  threads_.clear();
+  for (Worker& worker : workers_) worker.woken.notify_one();
+  for (Worker& worker : workers_) {
+    if (worker.thread.joinable()) worker.thread.join();
+  }
 }
 
 void PagePool::submit(Job job) {
+  Worker* worker = nullptr;
   {
     const std::lock_guard guard(mutex_);
-    jobs_.push_back(std::move(job));
+    if (idle_.empty()) {
+      jobs_.push_back(std::move(job));
+      return;
+    }
+    worker = idle_.back();
+    idle_.pop_back();
+    worker->job = std::move(job);
   }
-  changed_.notify_one();
+  worker->woken.notify_one();
 }
 
-bool PagePool::take(Job& job) {
+/// Empty when the pool ends and nothing is left to run.
+PagePool::Job PagePool::next(Worker& worker) {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return ends_ || !jobs_.empty(); });
-  if (jobs_.empty()) return false;
-  job = std::move(jobs_.front());
+  if (jobs_.empty() && !ends_) {
+    idle_.push_back(&worker);
+    worker.woken.wait(lock, [&] { return ends_ || worker.job; });
+    return std::exchange(worker.job, nullptr);
+  }
+  if (jobs_.empty()) return nullptr;
+  Job job = std::move(jobs_.front());
   jobs_.pop_front();
-  return true;
+  return job;
 }
 
-void PagePool::work(const MakeRunner& make_runner) {
+void PagePool::work(Worker& worker, const MakeRunner& make_runner) {
   std::unique_ptr<PageRunner> runner;
   try {
     runner = make_runner();
@@ -61,9 +76,9 @@ void PagePool::work(const MakeRunner& make_runner) {
     const std::lock_guard guard(mutex_);
     ++ready_;
   }
-  changed_.notify_all();
+  started_.notify_one();
   if (!runner) return;
-  for (Job job; take(job); job = nullptr) job(*runner);
+  while (const Job job = next(worker)) job(*runner);
 }
 
 }  // namespace pelm::host

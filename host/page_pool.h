@@ -27,21 +27,29 @@ class PagePool {
   /// Runs what was submitted, then ends the threads.
   ~PagePool();
 
-  /// In order of arrival, on whichever thread is free. A job throws nothing.
+  /// In order of arrival, each on the free thread that ran a page last: what its engine needs is
+  /// still in the processor's caches. A job throws nothing.
   void submit(Job job);
 
  private:
-  void work(const MakeRunner& make_runner);
-  bool take(Job& job);
+  struct Worker {
+    std::condition_variable woken;
+    Job job;  ///< handed over while it was idle
+    std::thread thread;
+  };
+
+  void work(Worker& worker, const MakeRunner& make_runner);
+  Job next(Worker& worker);
   void stop();
 
   std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<Job> jobs_;
+  std::condition_variable started_;
+  std::deque<Job> jobs_;       ///< that no worker was free for
+  std::vector<Worker*> idle_;  ///< the last one to become so comes last
   std::size_t ready_ = 0;
-  std::exception_ptr failure_;  ///< of a thread that could not start
+  std::exception_ptr failure_;  ///< of a worker that could not start
   bool ends_ = false;
-  std::vector<std::thread> threads_;
+  std::deque<Worker> workers_;
 };
 
 }  // namespace pelm::host

@@ -6,17 +6,20 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 
 #include "tests/host/http_fixture.h"
 
 namespace pelm::host {
 namespace {
 
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
@@ -50,6 +53,13 @@ class RawClient {
       text.remove_prefix(static_cast<std::size_t>(sent));
     }
     return true;
+  }
+
+  /// What one look at the connection gives; waits for it.
+  std::string receive_piece() const {
+    std::array<char, 4096> piece = {};
+    const ssize_t count = ::recv(socket_, piece.data(), piece.size(), 0);
+    return {piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))};
   }
 
   /// Everything up to the end of the connection, or until `enough` has come.
@@ -97,6 +107,38 @@ TEST_F(HttpConnection, TwoRequestsSentTogetherAreBothAnswered) {
       "Connection: close\r\n\r\n");
   EXPECT_EQ(count_of(answers, "HTTP/1.1 200 OK"), 2U);
   EXPECT_EQ(count_of(answers, "pronta"), 2U);
+}
+
+TEST_F(HttpConnection, AWholeAnswerComesInOnePiece) {
+  site_.write("a.txt", "arquivo");
+  site_.write("vazio.txt", "");
+  start();
+  const RawClient client(host_->port());
+  for (int i = 0; i < 20; ++i) {
+    for (const auto& [request, end] :
+         {std::pair("GET /a.page", "pronta"), std::pair("GET /a.txt", "arquivo"),
+          std::pair("HEAD /a.page", "\r\n\r\n"), std::pair("HEAD /a.txt", "\r\n\r\n"),
+          std::pair("GET /vazio.txt", "\r\n\r\n")}) {
+      ASSERT_TRUE(client.send(std::string(request) + " HTTP/1.1\r\nHost: x\r\n\r\n"));
+      const std::string answer = client.receive_piece();
+      EXPECT_THAT(answer, StartsWith("HTTP/1.1 200 OK")) << request;
+      EXPECT_THAT(answer, EndsWith(end)) << request;
+    }
+  }
+}
+
+// Only the beginning of a long body goes out with the head.
+TEST_F(HttpConnection, ALongBodyFollowsItsHeadWhole) {
+  std::string text;
+  while (text.size() < 300'000) text += std::to_string(text.size()) + ";";
+  site_.write("longa.page", text);
+  site_.write("longo.txt", text);
+  start();
+  for (const std::string path : {"/longa.page", "/longo.txt"}) {
+    const std::string answer =
+        exchange("GET " + path + " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n");
+    EXPECT_TRUE(answer.ends_with("\r\n\r\n" + text)) << path << answer.size();
+  }
 }
 
 TEST_F(HttpConnection, ClosesAfterTheLastRequestItMayServe) {
