@@ -359,7 +359,8 @@ void HttpHost::Part::answer_page(const std::string& page_path, const RequestTarg
   if (kind == PageAnswer::Kind::Pieces) {
     stream(answer, context->Response, response);
   } else if (has_body(answer->head().status)) {
-    response.set_content(answer->next().value_or(std::string()), answer->head().content_type);
+    response.body = answer->next().value_or(std::string());  // moved, unlike by `set_content`
+    response.set_header("Content-Type", answer->head().content_type);
     ConnectionServer::send_head_with_body();
   }
 }
@@ -411,7 +412,7 @@ void HttpHost::Part::run_page(PageRunner& runner, const std::string& page_path,
          ": " + failure_line(failure));
   }
   if (failures.empty()) {
-    answer.finish(head_of(*response), response->body());
+    answer.finish(head_of(*response), response->take_body());
   } else {
     finish_failed(*response, failures.front(), answer);
   }

@@ -17,6 +17,9 @@ constexpr std::string_view kSource = "Response";
 constexpr std::array<std::string_view, 5> kServerHeaders = {"Content-Length", "Transfer-Encoding",
                                                             "Connection", "Keep-Alive", "Trailer"};
 
+/// Bytes that a page may write before the buffer grows.
+constexpr std::size_t kUsualPage = std::size_t{16} << 10U;
+
 [[noreturn]] void refuse(std::string_view detail) {
   raise_error(error_number::kInvalidCall, kSource, detail);
 }
@@ -51,7 +54,7 @@ int leading_number(std::string_view status) noexcept {
 
 }  // namespace
 
-Response::Response(Sink sink) : sink_(std::move(sink)) {}
+Response::Response(Sink sink) : sink_(std::move(sink)) { body_.reserve(kUsualPage); }
 
 void Response::refuse_after_headers() const {
   if (headers_sent_) refuse("O cabeçalho da resposta já foi enviado.");

@@ -71,6 +71,8 @@ class Response : public Object {
   void buffer_limit(std::size_t bytes) { buffer_limit_ = bytes; }
   /// For the host: what is not yet flushed, and the head.
   const std::string& body() const { return body_; }
+  /// The same, and nothing is left of it.
+  std::string take_body() { return std::exchange(body_, {}); }
   int status_code() const;
   bool headers_sent() const { return headers_sent_; }
   const std::vector<std::pair<std::string, std::string>>& headers() const { return headers_; }
