@@ -43,7 +43,7 @@ using script::Stop;
 constexpr std::uint32_t kNurseryBytes = 4U << 20U;
 constexpr std::uint32_t kCollectAtMegabytes = 1;
 constexpr std::size_t kStackBytes = std::size_t{1} << 20U;
-constexpr unsigned kPagesInAWorld = 1000;
+constexpr unsigned kPagesInAWorld = 1000;  // those with globals of their own counted too
 /// Of the memory that a page may take.
 constexpr std::size_t kWorldsShare = 8;
 
@@ -90,6 +90,7 @@ struct ScriptEngine::Part : State {
   std::optional<JS::PersistentRootedObject> home;  // compiles; the pages' realms live beside it
   std::optional<script::World> world;              // most pages'; made when one needs it
   std::size_t worlds_made = 0;
+  unsigned pages = 0;  // since all was collected
   const page::Server* server = nullptr;
   Clock::time_point started;
   SourcePlace stopped_at;
@@ -103,6 +104,7 @@ struct ScriptEngine::Part : State {
   bool run_in(JS::HandleObject globals, const CompiledScript& script,
               const page::ScriptingContext& page_context);
   void leave_world(const CompiledScript& script);
+  void collect();
   std::optional<PageFailure> outcome(bool completed);
   PageFailure limit_failure() const;
 };
@@ -173,16 +175,25 @@ bool ScriptEngine::Part::execute(const CompiledScript& script,
          run_in(globals, script, page_context);
 }
 
-/// The world goes when the page has altered it, when the page was stopped, for then memory is what
-/// matters, and now and then: what the engine has learnt of pages that are seldom asked for goes
-/// with it.
+/// The world goes when the page has altered it, and when the page was stopped or left much behind,
+/// for then memory is what matters.
 void ScriptEngine::Part::leave_world(const CompiledScript& script) {
   if (!world || script.alters_globals()) return;
   const bool as_found = world->left_as_found(cx());
   if (!as_found) script.note_altered_globals();
   const bool stopped = stop == Stop::TimeLimit || stop == Stop::MemoryLimit;
   const bool heavy = JS_GetGCParameter(cx(), JSGC_BYTES) > limits.heap_bytes / kWorldsShare;
-  if (!as_found || stopped || heavy || world->pages() == kPagesInAWorld) world.reset();
+  if (!as_found || stopped || heavy) world.reset();
+}
+
+/// Now and then all goes that the engine has compiled and learnt of pages: it keeps it through
+/// every lesser collection, and adds to it as long as pages bring new objects.
+void ScriptEngine::Part::collect() {
+  if (++pages < kPagesInAWorld && stop != Stop::MemoryLimit) return JS_MaybeGC(cx());
+  pages = 0;
+  world.reset();
+  JS::PrepareForFullGC(cx());
+  JS::NonIncrementalGC(cx(), JS::GCOptions::Shrink, JS::GCReason::API);
 }
 
 PageFailure ScriptEngine::Part::limit_failure() const {
@@ -263,12 +274,7 @@ std::optional<PageFailure> ScriptEngine::run(const CompiledScript& script,
   part.jobs->clear();
   part.table->release_all();
   part.leave_world(script);
-  if (part.stop == Stop::MemoryLimit) {
-    JS::PrepareForFullGC(part.cx());
-    JS::NonIncrementalGC(part.cx(), JS::GCOptions::Shrink, JS::GCReason::API);
-  } else {
-    JS_MaybeGC(part.cx());
-  }
+  part.collect();
   return failure;
 }
 

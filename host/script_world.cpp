@@ -42,7 +42,6 @@ bool World::forget_matches(JSContext* cx) {
 }
 
 bool World::left_as_found(JSContext* cx) {
-  ++pages_;
   const JSAutoRealm realm(cx, globals_);
   const bool taken = guarded(cx, [&] { take_page_objects(cx, globals_); }) && forget_matches(cx);
   JS_ClearPendingException(cx);

@@ -27,9 +27,6 @@ class World {
   /// Takes the page's objects away; true when the globals are then as they were before it.
   bool left_as_found(JSContext* cx);
 
-  /// How many pages have run.
-  unsigned pages() const noexcept { return pages_; }
-
  private:
   bool forget_matches(JSContext* cx);
 
@@ -38,7 +35,6 @@ class World {
   std::unique_ptr<Image> image_;
   std::map<std::weak_ptr<const CompiledScript>, JS::PersistentRootedObject, std::owner_less<>>
       functions_;
-  unsigned pages_ = 0;
 };
 
 }  // namespace pelm::host::script

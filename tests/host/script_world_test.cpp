@@ -233,5 +233,36 @@ TEST(ScriptWorld, IsSharedByOrdinaryPages) {
   run_here("outra", 2);
 }
 
+// What the engine keeps of pages grows with them, so that all of it goes now and then.
+TEST(ScriptWorld, EndsAfterAThousandPagesOfAnyKind) {
+  testing::TemporarySite site;
+  std::string ended;
+  Watchdog watchdog;
+  const PageHooks hooks = testing::probe_hooks(ended);
+  ScriptEngine engine(hooks, {}, watchdog);
+  page::ScriptingContext context;
+  context.Application = std::make_shared<page::Application>();
+  context.Session = std::make_shared<page::Session>("id");
+  context.Request = std::make_shared<page::Request>();
+  context.Response = std::make_shared<page::Response>();
+  const auto compiled = [&](const std::string& text) {
+    site.write("q.page", text);
+    return engine.compile(read_page(files_below(site.root()), "/q.page"));
+  };
+  const auto run = [&](const CompiledScript& script, int times) {
+    for (int i = 0; i < times; ++i) EXPECT_FALSE(engine.run(script, context));
+  };
+  const auto ordinary = compiled("<% const texto = 1 %>");
+  const auto altering = compiled("<% Array.prototype.nova = 1 %>");
+  run(*altering, 1);
+  run(*ordinary, 599);
+  EXPECT_EQ(engine.worlds_made(), 2U);
+  run(*altering, 399);
+  run(*ordinary, 1);
+  EXPECT_EQ(engine.worlds_made(), 2U);
+  run(*ordinary, 1);
+  EXPECT_EQ(engine.worlds_made(), 3U);
+}
+
 }  // namespace
 }  // namespace pelm::host
