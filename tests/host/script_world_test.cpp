@@ -193,23 +193,39 @@ TEST_F(ScriptWorldTest, EveryObjectThatAPageCanReachIsAsItWas) {
   }
 }
 
-TEST(ScriptWorld, IsSharedByOrdinaryPages) {
-  testing::TemporarySite site;
-  std::string ended;
-  Watchdog watchdog;
-  const PageHooks hooks = testing::probe_hooks(ended);
-  ScriptEngine engine(hooks, {}, watchdog);
-  page::ScriptingContext context;
-  context.Application = std::make_shared<page::Application>();
-  context.Session = std::make_shared<page::Session>("id");
-  context.Request = std::make_shared<page::Request>();
-  const auto run_here = [&](const std::string& text, std::size_t worlds) {
-    site.write("q.page", text);
-    context.Response = std::make_shared<page::Response>();
-    const auto script = engine.compile(read_page(files_below(site.root()), "/q.page"));
-    for (int i = 0; i < 3; ++i) EXPECT_FALSE(engine.run(*script, context)) << text;
-    EXPECT_EQ(engine.worlds_made(), worlds) << text;
-  };
+/// An engine that tells how many worlds it has made.
+class ScriptWorld : public ::testing::Test {
+ protected:
+  ScriptWorld() {
+    context_.Application = std::make_shared<page::Application>();
+    context_.Session = std::make_shared<page::Session>("id");
+    context_.Request = std::make_shared<page::Request>();
+  }
+
+  std::shared_ptr<const CompiledScript> compiled(const std::string& text) {
+    site_.write("q.page", text);
+    return engine_.compile(read_page(files_below(site_.root()), "/q.page"));
+  }
+
+  void run(const CompiledScript& script, int times) {
+    for (int i = 0; i < times; ++i) {
+      context_.Response = std::make_shared<page::Response>();
+      EXPECT_FALSE(engine_.run(script, context_));
+    }
+  }
+
+  std::size_t worlds() const { return engine_.worlds_made(); }
+
+ private:
+  testing::TemporarySite site_;
+  std::string ended_;
+  Watchdog watchdog_;
+  const PageHooks hooks_ = testing::probe_hooks(ended_);
+  ScriptEngine engine_{hooks_, {}, watchdog_};
+  page::ScriptingContext context_;
+};
+
+TEST_F(ScriptWorld, IsSharedByOrdinaryPages) {
   for (const char* text : {
            "texto",
            "<% class A { toString() { return 'a' } } %><%= '' + new A() %>",
@@ -226,42 +242,28 @@ TEST(ScriptWorld, IsSharedByOrdinaryPages) {
            "<% function* g() { yield 1 } %><%= [...g()].join() %>",
            "fim<% Response.End() %>",
        }) {
-    run_here(text, 1);
+    run(*compiled(text), 3);
+    EXPECT_EQ(worlds(), 1U) << text;
   }
   // Thrice the page that alters its world, which costs one world only, and then another's.
-  run_here("<% Array.prototype.nova = 1 %>", 1);
-  run_here("outra", 2);
+  run(*compiled("<% Array.prototype.nova = 1 %>"), 3);
+  EXPECT_EQ(worlds(), 1U);
+  run(*compiled("outra"), 3);
+  EXPECT_EQ(worlds(), 2U);
 }
 
 // What the engine keeps of pages grows with them, so that all of it goes now and then.
-TEST(ScriptWorld, EndsAfterAThousandPagesOfAnyKind) {
-  testing::TemporarySite site;
-  std::string ended;
-  Watchdog watchdog;
-  const PageHooks hooks = testing::probe_hooks(ended);
-  ScriptEngine engine(hooks, {}, watchdog);
-  page::ScriptingContext context;
-  context.Application = std::make_shared<page::Application>();
-  context.Session = std::make_shared<page::Session>("id");
-  context.Request = std::make_shared<page::Request>();
-  context.Response = std::make_shared<page::Response>();
-  const auto compiled = [&](const std::string& text) {
-    site.write("q.page", text);
-    return engine.compile(read_page(files_below(site.root()), "/q.page"));
-  };
-  const auto run = [&](const CompiledScript& script, int times) {
-    for (int i = 0; i < times; ++i) EXPECT_FALSE(engine.run(script, context));
-  };
+TEST_F(ScriptWorld, EndsAfterAThousandPagesOfAnyKind) {
   const auto ordinary = compiled("<% const texto = 1 %>");
   const auto altering = compiled("<% Array.prototype.nova = 1 %>");
   run(*altering, 1);
   run(*ordinary, 599);
-  EXPECT_EQ(engine.worlds_made(), 2U);
+  EXPECT_EQ(worlds(), 2U);
   run(*altering, 399);
   run(*ordinary, 1);
-  EXPECT_EQ(engine.worlds_made(), 2U);
+  EXPECT_EQ(worlds(), 2U);
   run(*ordinary, 1);
-  EXPECT_EQ(engine.worlds_made(), 3U);
+  EXPECT_EQ(worlds(), 3U);
 }
 
 }  // namespace
