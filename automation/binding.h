@@ -363,6 +363,13 @@ MemberInfo writable(MemberInfo member) {
   return member;
 }
 
+/// A property that answers with one object for as long as its owner lives, so that callers may keep
+/// that instead of asking again.
+inline MemberInfo lasting(MemberInfo member) {
+  member.is_lasting = true;
+  return member;
+}
+
 /// The member that answers when the object itself is called.
 inline MemberInfo default_member(MemberInfo member) {
   member.is_default = true;

@@ -58,7 +58,12 @@ bool write_value(JSContext* cx, unsigned argc, JS::Value* vp) {
   const JS::CallArgs args = JS::CallArgsFromVp(argc, vp);
   return guarded(cx, [&] {
     const Variant value = from_script(cx, args.get(0));
-    if (!value.is_null()) state_of(cx).response->Write(to_text(value));
+    page::Response& response = *state_of(cx).response;
+    if (value.is_text()) {
+      response.Write(value.text());
+    } else if (!value.is_null()) {
+      response.Write(to_text(value));
+    }
     args.rval().setUndefined();
   });
 }

@@ -21,6 +21,7 @@
 
 #include <cstdint>
 #include <list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -91,6 +92,12 @@ struct NativeRef {
   const ClassInfo* cls;
   ObjectTable::Part* table;
   std::list<NativeRef>::iterator self;
+  std::optional<Target> indexed;  ///< what `rs("NOME")` calls, where that stays
+
+  void release() noexcept {
+    object.reset();
+    indexed.reset();
+  }
 };
 
 /// What a wrapped object is taken to weigh, so that a loop over many of them, whose wrappers are
@@ -261,6 +268,14 @@ void set_member(JSContext* cx, JS::HandleObject wrapper, JS::HandleId id, JS::Ha
   automation::put(*object, *ref.cls, *member, from_script(cx, value, member->result), {});
 }
 
+/// What a call of the wrapper itself calls.
+Target target_of_call(JSContext* cx, NativeRef& ref, bool with_arguments) {
+  if (ref.indexed && with_arguments) return *ref.indexed;
+  Target target = default_target(cx, ref.object, *ref.cls, with_arguments);
+  if (with_arguments && ref.cls->default_member()->is_lasting) ref.indexed = target;
+  return target;
+}
+
 class WrapperHandler : public js::BaseProxyHandler {
  public:
   explicit constexpr WrapperHandler(bool callable)
@@ -288,10 +303,8 @@ class WrapperHandler : public js::BaseProxyHandler {
   }
 
   bool call(JSContext* cx, JS::HandleObject proxy, const JS::CallArgs& args) const override {
-    return guarded(cx, [&] {
-      const NativeRef& ref = live_ref(proxy);
-      invoke(cx, default_target(cx, ref.object, *ref.cls, args.length() > 0), args);
-    });
+    return guarded(
+        cx, [&] { invoke(cx, target_of_call(cx, live_ref(proxy), args.length() > 0), args); });
   }
 
   bool isCallable(JSObject*) const override { return callable_; }
@@ -354,7 +367,7 @@ ObjectTable::~ObjectTable() = default;
 
 void ObjectTable::release_all() noexcept {
   if (part_->wrappers) part_->wrappers->clear();
-  for (NativeRef& ref : part_->live) ref.object.reset();
+  for (NativeRef& ref : part_->live) ref.release();
   part_->ended.splice(part_->ended.end(), part_->live);
   part_->collected.clear();
 }
@@ -370,7 +383,7 @@ JSObject* wrap(JSContext* cx, const ObjectRef& object) {
   if (const auto found = table.wrappers->lookup(address(object))) return found->value();
 
   const ClassInfo& cls = class_of(cx, *object);
-  NativeRef& ref = table.live.emplace_back(NativeRef{object, &cls, &table, {}});
+  NativeRef& ref = table.live.emplace_back(NativeRef{object, &cls, &table, {}, {}});
   ref.self = std::prev(table.live.end());
   const JS::RootedValue stands_for(cx, JS::PrivateValue(&ref));
   JSObject* const made =

@@ -161,7 +161,7 @@ ClassEntry recordset_table() {
   return class_table<R>(
       kClassName<R>, "ADODB.Recordset", "Rows of a query or a table.",
       {
-          default_member(computed<&fields>("Fields", "The columns of the current row.")),
+          default_member(lasting(computed<&fields>("Fields", "The columns of the current row."))),
           property("EOF", "True past the last row.", &R::Eof),
           property("BOF", "True before the first row.", &R::Bof),
           property("RecordCount", "Rows held; -1 when the cursor does not count.", &R::RecordCount),

@@ -71,6 +71,18 @@ TEST_F(DatabaseObjects, RowsAreReachedFromBothEndsByPlaceAndByPage) {
   EXPECT_EQ(name(), Variant("azul"));
 }
 
+TEST_F(DatabaseObjects, ALastingMemberAnswersWithOneObjectWhateverItsOwnerDoes) {
+  const ClassInfo& cls = class_of(*records_);
+  ASSERT_TRUE(cls.default_member()->is_lasting);
+  const ObjectRef fields = run(*records_, "").object();
+  EXPECT_EQ(run(*records_, "").object(), fields);
+  run(*records_, "Open", {Variant("select * from cor order by n"), Variant(connection_)});
+  EXPECT_EQ(run(*records_, "").object(), fields);
+  run(*records_, "Close");
+  EXPECT_EQ(run(*records_, "").object(), fields);
+  EXPECT_EQ(get(*fields, "Count"), Variant(0));
+}
+
 TEST_F(DatabaseObjects, AFieldIsOneObjectOnEveryRowForAsLongAsItIsHeld) {
   run(*records_, "Open", {Variant("select * from cor order by n"), Variant(connection_)});
   const ObjectRef field = run(*records_, "", {Variant("nome")}).object();

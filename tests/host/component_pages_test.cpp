@@ -126,6 +126,16 @@ TEST_F(ComponentPages, AFieldGivesItsValueWhereATextOrANumberIsMeant) {
   EXPECT_EQ(get("/campo.page").body, "21|em São||1,5|t|True") << log();
 }
 
+TEST_F(ComponentPages, ARecordSetThatIsOpenedAnewHasItsNewFields) {
+  site_.write("outra.page",
+              page("<% const rs = Server.CreateObject('ADODB.Recordset');"
+                   " rs.Open(\"select 'um' a, 'dois' b\", conexao.Conex); %><%= rs('b') %>|<%"
+                   " rs.Close(); rs.Open(\"select 'três' b\", conexao.Conex); %><%= rs('b') %>|<%"
+                   " try { rs('a'); } catch (e) { %><%= e.number %><% } %>"));
+  start_with_database();
+  EXPECT_EQ(get("/outra.page").body, "dois|três|3265") << log();
+}
+
 TEST_F(ComponentPages, TextOfAQueryIsPassedByReferenceWhenAsked) {
   site_.write("ref.page",
               page("<% const sql = { value: 'select 1 n' };"
