@@ -15,13 +15,23 @@ def rounds(name, cpu, clock=None, family=0, **more):
 
 
 class BenchReport(unittest.TestCase):
-    def printed(self, *runs, arguments=()):
+    def printed(self, *runs):
         with tempfile.TemporaryDirectory() as folder:
             path = Path(folder) / "runs.json"
             path.write_text(json.dumps({"benchmarks": sum(runs, [])}))
-            files = [str(path) if a == "FILE" else a for a in arguments] or [str(path)]
-            answer = subprocess.run([REPORT, *files], capture_output=True, text=True, check=True)
+            answer = subprocess.run([REPORT, path], capture_output=True, text=True, check=True)
         return answer.stdout.splitlines()
+
+    def compared(self, then, now):
+        with tempfile.TemporaryDirectory() as folder:
+            files = {}
+            for half, turns in (("then", then), ("now", now)):
+                for turn, times in enumerate(turns):
+                    path = Path(folder) / f"{half}.{turn}.json"
+                    path.write_text(json.dumps({"benchmarks": rounds("novo/memory/c", times)}))
+                    files.setdefault(half, []).append(str(path))
+            return subprocess.run([REPORT, "--compare", *files["then"], "--", *files["now"]],
+                                  capture_output=True, text=True)
 
     def test_ratios_are_of_medians_and_in_memory_of_the_least_too(self):
         self.assertEqual(
@@ -52,11 +62,19 @@ class BenchReport(unittest.TestCase):
         self.assertEqual(["| text | MB/s | best | by the literal steps |", "|---|---|---|---|",
                           "| left/2kB | 200 | 300 | 7 |", ""], self.printed(text))
 
-    def test_two_revisions_are_compared_by_their_medians(self):
-        self.assertEqual(["| | then, µs | now, µs | ratio |", "|---|---|---|---|",
-                          "| novo/memory/c | 0.02 | 0.02 | 1.00 |"],
-                         self.printed(rounds("novo/memory/c", [10, 20, 90]),
-                                      arguments=("--compare", "FILE", "--", "FILE")))
+    def test_two_revisions_are_compared_turn_by_turn(self):
+        self.assertEqual(["| | then, µs | now, µs | ratio | lowest | highest |", "|---|---|---|---|---|---|",
+                          "| novo/memory/c | 2.00 | 1.50 | 0.75 | 0.50 | 1.25 |"],
+                         self.compared(then=[[2000], [8000], [1200]],
+                                       now=[[1000], [6000], [1500]]).stdout.splitlines())
+
+    def test_what_one_revision_alone_measures_is_left_out_of_a_comparison(self):
+        self.assertEqual(2, len(self.compared(then=[[]], now=[[5]]).stdout.splitlines()))
+
+    def test_a_turn_that_measured_nothing_is_told(self):
+        answer = self.compared(then=[[5], [5]], now=[[5], []])
+        self.assertEqual(1, answer.returncode)
+        self.assertIn("novo/memory/c: measured 2 times then and 1 times now", answer.stderr)
 
 
 if __name__ == "__main__":
