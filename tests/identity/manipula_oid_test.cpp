@@ -196,6 +196,22 @@ TEST_P(GerarOid, IsIndependentOfATransactionThatThePageHasBegun) {
   EXPECT_EQ(base().Gerar_Oid(), 11);  // the range stays reserved
 }
 
+TEST_P(GerarOid, InATransactionThatHasWrittenOnlyTheEmbeddedEngineCannotReserveAndSaysSoAtOnce) {
+  oids_from(8, 3);
+  conn().Conex()->BeginTrans();
+  base().cadastrar_item(1, "Metade", 20);
+  take(3);
+  const auto error = raised([&] { base().Gerar_Oid(); });
+  if (GetParam().provider == "SQLite") {
+    EXPECT_THAT(error, Raised(error_number::kTimeout, kObtemFaixaOID,
+                              testing::HasSubstr("a transaction that this thread has begun")));
+  } else {
+    EXPECT_FALSE(error.has_value());
+  }
+  conn().Conex()->RollbackTrans();
+  EXPECT_EQ(base().Gerar_Oid(), error ? 11 : 12);
+}
+
 TEST_P(GerarOid, WithoutAConnObjectItFailsAsAnUnsetReference) {
   Base lone;
   frame::thread_slots().conn.reset();

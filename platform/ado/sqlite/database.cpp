@@ -9,8 +9,10 @@
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <mutex>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "pelm/error.h"
 #include "platform/ado/sqlite/errors.h"
@@ -59,6 +61,18 @@ std::string why_not_opened(const fs::path& path, bool read_only) {
   return {};
 }
 
+/// Every open file of this process, so that a thread can find its own among them.
+struct OpenFiles {
+  std::mutex guard;
+  std::vector<const Database*> all;
+
+  /// Never destroyed: sessions that lie in the pool are closed when the process ends.
+  static OpenFiles& instance() {
+    static OpenFiles& files = *new OpenFiles;
+    return files;
+  }
+};
+
 }  // namespace
 
 void FinalizeStatement::operator()(sqlite3_stmt* statement) const noexcept {
@@ -71,6 +85,15 @@ Database::Database(Options options) : options_(std::move(options)) {
   watchdog_.limit(options_.connection_timeout);
   open();
   configure();
+  OpenFiles& files = OpenFiles::instance();
+  const std::lock_guard lock(files.guard);
+  files.all.push_back(this);
+}
+
+Database::~Database() {
+  OpenFiles& files = OpenFiles::instance();
+  const std::lock_guard lock(files.guard);
+  std::erase(files.all, this);
 }
 
 void Database::open() {
@@ -99,7 +122,7 @@ void Database::open() {
 
 void Database::configure() {
   sqlite3* const db = handle();
-  watchdog_.install(db);
+  watchdog_.install(db, [this] { return waits_for_itself(); });
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -142,6 +165,26 @@ void Database::rest() {
   int used = 0, highest = 0;
   sqlite3_db_status(handle(), SQLITE_DBSTATUS_CACHE_USED, &used, &highest, 0);
   if (used > kIdleCacheBytes) sqlite3_db_release_memory(handle());
+  const std::lock_guard lock(OpenFiles::instance().guard);
+  writer_ = {};
+}
+
+void Database::begin_writing() {
+  {
+    const std::lock_guard lock(OpenFiles::instance().guard);
+    writer_ = std::this_thread::get_id();
+  }
+  run_again("BEGIN IMMEDIATE");
+}
+
+// Only this thread's are looked into: those of others may be at work.
+bool Database::waits_for_itself() const {
+  OpenFiles& files = OpenFiles::instance();
+  const std::lock_guard lock(files.guard);
+  return std::ranges::any_of(files.all, [&](const Database* other) {
+    return other != this && other->writer_ == std::this_thread::get_id() && other->file_ == file_ &&
+           sqlite3_txn_state(other->handle(), "main") == SQLITE_TXN_WRITE;
+  });
 }
 
 void Database::run(const char* sql) {
@@ -183,7 +226,10 @@ std::string Database::reason(int code) const {
   switch (code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return in_file("others were writing for the whole time-out of " + limit);
+      return in_file(watchdog_.waited_for_itself()
+                         ? "a transaction that this thread has begun on another connection is "
+                           "writing to it: end that one first, or work on its connection"
+                         : "others were writing for the whole time-out of " + limit);
     case SQLITE_INTERRUPT:
       return " (the statement ran longer than its time-out of " + limit + ")";
     case SQLITE_CANTOPEN:

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "platform/ado/sqlite/connection_options.h"
@@ -26,6 +27,9 @@ class Database {
  public:
   /// Opens within `options.connection_timeout`. Raises kProviderFailure saying which file and why.
   explicit Database(Options options);
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+  ~Database();
 
   sqlite3* handle() const { return handle_.get(); }
   Watchdog& watchdog() { return watchdog_; }
@@ -34,8 +38,12 @@ class Database {
   /// False when the file was moved, replaced or deleted since.
   bool file_is_there() const;
 
-  /// Gives back memory before a time without work.
+  /// Before a time without work, after which another thread may take it over.
   void rest();
+
+  /// Begins a transaction that holds the write lock. Waits for others that hold it, but not for a
+  /// transaction of this very thread, which could not end meanwhile. Raises.
+  void begin_writing();
 
   /// Runs statements of our own that give no rows. Raises.
   void run(const char* sql);
@@ -55,6 +63,7 @@ class Database {
   void open();
   void configure();
   void use_write_ahead_log();
+  bool waits_for_itself() const;
   std::string reason(int code) const;
   sqlite3_stmt* repeated(const char* sql);
 
@@ -68,6 +77,8 @@ class Database {
   std::unique_ptr<sqlite3, Closer> handle_;
   std::vector<Repeated> repeated_;
   Watchdog watchdog_;
+  std::thread::id writer_;  ///< whose transaction last took the write lock here; guarded by the
+                            ///< open files' lock
   bool read_only_ = false;
 };
 

@@ -340,7 +340,7 @@ void SqliteSession::begin(IsolationLevelEnum level) {
   if (database_.read_only()) {
     control("BEGIN");
   } else if (level == adXactRepeatableRead || level == adXactSerializable) {
-    control("BEGIN IMMEDIATE");
+    database_.begin_writing();
   } else {
     lock_to_take_ = true;
   }
@@ -349,7 +349,7 @@ void SqliteSession::begin(IsolationLevelEnum level) {
 void SqliteSession::about_to_write() {
   end_reading();
   if (!lock_to_take_) return;
-  control("BEGIN IMMEDIATE");
+  database_.begin_writing();
   lock_to_take_ = false;
 }
 

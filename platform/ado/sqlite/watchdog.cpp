@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace pelm::ado::sqlite {
 namespace {
@@ -20,7 +21,8 @@ constexpr std::uint32_t kLongestWaitMicroseconds = 2000;
 
 }  // namespace
 
-void Watchdog::install(sqlite3* db) {
+void Watchdog::install(sqlite3* db, std::function<bool()> waits_for_itself) {
+  waits_for_itself_ = std::move(waits_for_itself);
   random_ = static_cast<std::uint32_t>(getpid()) * 2654435761U ^
             static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(this) >> 4U) ^
             static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count());
@@ -36,8 +38,8 @@ void Watchdog::install(sqlite3* db) {
 bool Watchdog::expired() {
   if (limit_.count() == 0) return false;
   const auto now = std::chrono::steady_clock::now();
-  if (!running_) {
-    running_ = true;
+  if (state_ == State::Ready) {
+    state_ = State::Running;
     start_ = now;
   }
   return now - start_ >= limit_;
@@ -45,6 +47,10 @@ bool Watchdog::expired() {
 
 bool Watchdog::wait(int waits) {
   if (expired()) return false;
+  if (waits_for_itself_()) {
+    state_ = State::Hopeless;
+    return false;
+  }
   random_ ^= random_ << 13U;
   random_ ^= random_ >> 17U;
   random_ ^= random_ << 5U;

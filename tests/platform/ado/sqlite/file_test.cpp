@@ -10,6 +10,7 @@
 #include <csignal>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <set>
 #include <thread>
 
@@ -185,26 +186,118 @@ TEST_F(SqliteFile, ReplacedByAnotherIsNotServedFromAnIdleSession) {
   EXPECT_FALSE(session->still_good());
 }
 
-TEST_F(SqliteFile, HeldByAnotherWriterRaisesATimeOut) {
+/// A transaction in a thread of its own that has written and stays open.
+class WriterElsewhere {
+ public:
+  explicit WriterElsewhere(const std::function<std::unique_ptr<Session>()>& open)
+      : thread_([this, open] {
+          const auto session = open();
+          session->begin(adXactReadCommitted);
+          run(*session, "delete from item where oid = 8");
+          has_written_.set_value();
+          may_end_.get_future().wait();
+          session->rollback();
+        }) {
+    has_written_.get_future().wait();
+  }
+  WriterElsewhere(const WriterElsewhere&) = delete;
+  WriterElsewhere& operator=(const WriterElsewhere&) = delete;
+  ~WriterElsewhere() { rollback(); }
+
+  void rollback() {
+    if (!thread_.joinable()) return;
+    may_end_.set_value();
+    thread_.join();
+  }
+
+ private:
+  std::promise<void> has_written_;
+  std::promise<void> may_end_;
+  std::thread thread_;
+};
+
+TEST_F(SqliteFile, HeldByAWriterInAnotherThreadRaisesATimeOut) {
   make();
-  const auto holder = open();
+  WriterElsewhere holder([this] { return open(); });
   const auto waiter = open();
-  holder->begin(adXactReadCommitted);
-  run(*holder, "delete from item where oid = 8");
   waiter->command_timeout(1);
   Raised e = raised([&] { run(*waiter, "delete from item where oid = 9"); });
   EXPECT_EQ(error_number::kTimeout, e.number);
-  EXPECT_NE(std::string::npos, e.description.find("database is locked: " + path_));
+  EXPECT_NE(std::string::npos,
+            e.description.find("database is locked: " + path_ +
+                               " (others were writing for the whole time-out of 1 s)"))
+      << e.description;
   e = raised([&] { waiter->begin(adXactSerializable); });
   EXPECT_EQ(error_number::kTimeout, e.number);
   waiter->begin(adXactReadCommitted);
   e = raised([&] { run(*waiter, "delete from item where oid = 9"); });
   EXPECT_EQ(error_number::kTimeout, e.number);
   EXPECT_EQ((Rows{"7"}), rows_of(*waiter, "select count(*) from item"));  // readers never wait
-  holder->rollback();
+  holder.rollback();
   EXPECT_EQ(1, run(*waiter, "delete from item where oid = 9"));  // still in its transaction
   waiter->rollback();
   EXPECT_EQ((Rows{"7"}), rows_of(*waiter, "select count(*) from item"));
+}
+
+TEST_F(SqliteFile, HeldByATransactionOfTheSameThreadIsNotWaitedFor) {
+  make();
+  const auto holder = open();
+  const auto waiter = open();
+  waiter->command_timeout(0);  // for ever, if it waited
+  const auto write = [&] { run(*waiter, "update item set nome = 'x' where oid = 9"); };
+  const auto begin = [&] { waiter->begin(adXactSerializable); };
+  for (const IsolationLevelEnum level : {adXactReadCommitted, adXactSerializable}) {
+    holder->begin(level);
+    run(*holder, "delete from item where oid = 8");
+    for (const std::function<void()>& attempt : {std::function<void()>(write), {begin}}) {
+      const Raised e = raised(attempt);
+      EXPECT_EQ(error_number::kTimeout, e.number);
+      EXPECT_EQ("database is locked: " + path_ +
+                    " (a transaction that this thread has begun on another connection is writing "
+                    "to it: end that one first, or work on its connection)",
+                e.description);
+    }
+    EXPECT_EQ((Rows{"7"}), rows_of(*waiter, "select count(*) from item"));
+    holder->rollback();
+    write();
+  }
+}
+
+TEST_F(SqliteFile, OfAThreadsOwnTransactionsThoseThatHoldNothingAreNoReasonToGiveUp) {
+  make();
+  const auto over = open();
+  over->begin(adXactSerializable);
+  over->commit();
+  over->begin_reading();
+  rows_of(*over, "select count(*) from item");
+  const auto elsewhere = open_session("Data Source=" + folder_.file("outro.db") + ";Create=True");
+  elsewhere->begin(adXactSerializable);
+  WriterElsewhere holder([this] { return open(); });
+  const auto waiter = open();
+  waiter->command_timeout(1);
+  const Raised e = raised([&] { run(*waiter, "delete from item where oid = 9"); });
+  EXPECT_NE(std::string::npos, e.description.find("whole time-out of 1 s")) << e.description;
+}
+
+TEST_F(SqliteFile, ASessionThatWasGivenBackBelongsToNoThread) {
+  make();
+  const auto given_back = open();
+  given_back->begin(adXactSerializable);
+  given_back->commit();
+  ASSERT_TRUE(given_back->reset());
+  const auto waiter = open();
+  waiter->command_timeout(0);
+  std::promise<void> writing;
+  std::thread next([&] {
+    // A row that a statement gives back holds the lock for as long as the row is being read.
+    const auto rows = given_back->execute("delete from item where oid = 8 returning oid", {});
+    writing.set_value();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  });
+  writing.get_future().wait();
+  EXPECT_EQ(1, run(*waiter, "delete from item where oid = 9"));
+  next.join();
+  EXPECT_EQ((Rows{"5"}), rows_of(*waiter, "select count(*) from item"));
 }
 
 TEST_F(SqliteFile, ATransactionThatHasOnlyReadKeepsNobodyFromWriting) {
