@@ -166,7 +166,7 @@ class ConnectionServer::Connection final : public httplib::Stream {
   ssize_t read(char* into, size_t size) override {
     if (!has_unread() && !fill()) return -1;
     const std::size_t count = std::min({size, filled_ - next_, budget_});
-    if (count == 0 && filled_ != next_) return -1;  // more than a client may send
+    if (count == 0 && filled_ != next_) return read_beyond_budget(into);
     std::memcpy(into, buffer_.data() + next_, count);
     if (!in_body_) head_.append(into, count);
     next_ += count;
@@ -222,6 +222,18 @@ class ConnectionServer::Connection final : public httplib::Stream {
       if (errno == EINTR) continue;
       if ((errno != EAGAIN && errno != EWOULDBLOCK) || !is_writable()) return -1;
     }
+  }
+
+  /// The client has sent more than it may. An endless first line is ended for it, and the head with
+  /// it, so that the library answers that the address is too long; all else ends in an error.
+  ssize_t read_beyond_budget(char* into) {
+    constexpr std::string_view kEnd = "\r\n\r\n";
+    if (in_body_ || head_.find('\n') < kMostHeadBytes) return -1;
+    const std::size_t given = head_.size() - kMostHeadBytes;
+    if (given >= kEnd.size()) return -1;
+    closes_ = true;  // what else has come is the rest of that line
+    head_.push_back(*into = kEnd[given]);
+    return 1;
   }
 
   /// False at the end, after an error, and when nothing comes in time.

@@ -248,6 +248,17 @@ TEST_F(HttpConnection, NonsenseIsRefusedAndTheHostGoesOn) {
   EXPECT_EQ(get("/a.page").body, "pronta");
 }
 
+TEST_F(HttpConnection, AnAddressOfAnyLengthBeyondTheLongestIsToldToBeTooLong) {
+  start();
+  for (const std::size_t length : {9'000U, 65'530U, 65'531U, 65'532U, 100'000U}) {
+    const std::string hidden = "GET /segredo.page HTTP/1.1\r\nHost: x\r\n\r\n";
+    const std::string answer =
+        exchange("GET /" + std::string(length, 'a') + " HTTP/1.1\r\nHost: x\r\n\r\n" + hidden);
+    EXPECT_THAT(answer, StartsWith("HTTP/1.1 414 ")) << length;
+    EXPECT_EQ(count_of(answer, "HTTP/1.1 "), 1U) << length;
+  }
+}
+
 TEST_F(HttpConnection, AClientThatSendsTooSlowlyIsLetGo) {
   options_.read_timeout = std::chrono::seconds(1);
   options_.connections = 1;
