@@ -166,18 +166,6 @@ std::string text_after_months(const std::string& s) {
   }
 }
 
-// "month;year;whether the last day": the day that a text of year-month-day finds.
-std::string end_of_month_of(const std::string& s) {
-  const auto parts = split(s, ";");
-  const std::string month = parts.at(1) + "-" + parts.at(0) + "-";
-  if (!boolean_in(parts.at(2))) return day_out(to_date(month + "1"));
-  for (int day = 31; day >= -2; --day) {
-    const std::string text = month + std::to_string(day);
-    if (is_date(text)) return day_out(to_date(text));
-  }
-  return "no valid day 31..-2: the loop runs on (overflow #6 in the end)";
-}
-
 std::string left_of(const std::string& s) {
   const auto parts = split(s, ";");
   return text::left(parts.at(0), number_in<std::int64_t>(parts.at(1)));
@@ -229,7 +217,6 @@ constexpr Evaluation kEvaluations[] = {
     {"format_date", "Format", "result", format_of<as_date>},
     {"format_text", "Format", "result", format_of<as_text>},
     {"formatnumber", "FormatNumber(x;2)", "result", format_number_of},
-    {"last_first_day", "PrepDataSemDia", "result", end_of_month_of},
     {"names_weekday", "MonthName", "result", month_name_of},
     {"names_weekday", "Weekday", "result", weekday_of},
     {"names_weekday", "WeekdayName", "result", weekday_name_of},
