@@ -121,7 +121,7 @@ std::unique_ptr<Cursor> ConnectionImpl::execute(std::string_view sql,
                                                 std::span<const Variant> values,
                                                 std::int32_t timeout) {
   std::unique_ptr<Cursor> cursor = session_with(timeout).execute(sql, values);
-  if (cursor->columns().empty()) ++changes_;
+  if (cursor->columns()->empty()) ++changes_;
   return cursor;
 }
 

@@ -15,7 +15,7 @@ class UpdateTarget;
 
 /// Belongs to a session. A statement is known again by the list of its columns: a provider that
 /// hands out the very same list twice vouches for the statement and for its tables
-/// (`Cursor::shared_columns`, `Session::describe`).
+/// (`Cursor::columns`, `Session::describe`).
 class KnownTargets {
  public:
   /// Of a query. Raises what describing its table raises.

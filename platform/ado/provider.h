@@ -16,33 +16,19 @@
 
 #include "pelm/ado/constants.h"
 #include "pelm/variant.h"
+#include "platform/ado/columns.h"
 #include "platform/ado/connection_string.h"
 
 namespace pelm::ado {
-
-/// A column of a result or of a table.
-struct Column {
-  std::string name = {};
-  DataTypeEnum type = adVariant;  ///< adVariant: each value has its own type
-  std::int32_t size = 0;          ///< characters of a text column; 0 is no limit
-  bool nullable = true;
-  bool key = false;          ///< part of the table's primary or unique key
-  bool auto_number = false;  ///< given by the engine when not assigned
-};
 
 /// A running statement. Values are read before the next `next`.
 class Cursor {
  public:
   virtual ~Cursor() = default;
-  /// Empty for a statement that returns no rows.
-  virtual std::span<const Column> columns() const = 0;
-  /// The same for keeping. The very same list again stands for the same statement, the values of
-  /// its literals apart, on tables that have not changed in between: a provider that cannot vouch
-  /// for that hands out a list of its own each time, as here.
-  virtual std::shared_ptr<const std::vector<Column>> shared_columns() const {
-    const std::span<const Column> all = columns();
-    return std::make_shared<const std::vector<Column>>(all.begin(), all.end());
-  }
+  /// None for a statement that returns no rows. The very same list again stands for the same
+  /// statement, the values of its literals apart, on tables that have not changed in between: a
+  /// provider that cannot vouch for that hands out a list of its own each time.
+  virtual const ColumnList& columns() const = 0;
   /// False at the end, and then for ever.
   virtual bool next() = 0;
   /// Of the current row: null, Long (Integer for adSmallInt), Double, Boolean, Date or text.
@@ -78,7 +64,7 @@ class Session {
   /// most. `table` as a statement may name it: qualified, between brackets or quotes. Raises
   /// kNoTable. Shared, so that record sets may keep it; the very same list again stands for the
   /// same table, unchanged.
-  virtual std::shared_ptr<const std::vector<Column>> describe(std::string_view table) = 0;
+  virtual ColumnList describe(std::string_view table) = 0;
 
   /// An identifier as it must stand in a statement of ours.
   virtual std::string quoted(std::string_view identifier) const = 0;

@@ -4,7 +4,6 @@
 #include <cstddef>
 
 #include "pelm/error.h"
-#include "platform/ado/column_named.h"
 #include "platform/ado/command_impl.h"
 #include "platform/ado/connection_impl.h"
 #include "platform/ado/error_source.h"
@@ -19,7 +18,7 @@ std::unique_ptr<Cursor> started(const std::shared_ptr<Connection>& connection,
                                 std::string_view text) {
   ConnectionImpl& link = ConnectionImpl::opened(connection.get(), kRecordsetSource);
   std::unique_ptr<Cursor> cursor = link.execute(text, {}, CommandImpl::kDefaultTimeout);
-  if (cursor->columns().empty()) raise_error(error_number::kObjectClosed, kRecordsetSource);
+  if (cursor->columns()->empty()) raise_error(error_number::kObjectClosed, kRecordsetSource);
   return cursor;
 }
 
@@ -29,9 +28,9 @@ bool read_first_row(const std::shared_ptr<Connection>& connection, std::string_v
                     std::span<const std::string_view> columns, std::span<Variant> values) {
   const auto cursor = started(connection, text);
   if (!cursor->next()) return false;
-  const std::span<const Column> known = cursor->columns();
+  const Columns& known = *cursor->columns();
   for (std::size_t i = 0; i < columns.size(); ++i) {
-    values[i] = cursor->value(column_named(known, columns[i]));
+    values[i] = cursor->value(known.named(columns[i]));
   }
   return true;
 }
@@ -45,7 +44,7 @@ std::vector<Variant> read_all_rows(const std::shared_ptr<Connection>& connection
   std::vector<std::size_t> places;
   places.reserve(columns.size());
   for (const std::string_view name : columns) {
-    places.push_back(column_named(cursor->columns(), name));
+    places.push_back(cursor->columns()->named(name));
   }
   values.reserve(columns.size() * kRowsAtFirst);
   do {

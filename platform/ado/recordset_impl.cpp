@@ -8,7 +8,6 @@
 
 #include "pelm/conversions.h"
 #include "pelm/error.h"
-#include "platform/ado/column_named.h"
 #include "platform/ado/error_source.h"
 #include "platform/ado/field_conversion.h"
 #include "platform/ado/table_name.h"
@@ -97,8 +96,8 @@ std::int32_t RecordsetImpl::run_by_kind(ConnectionImpl& link, const Statement& s
 
 std::int32_t RecordsetImpl::run_query(ConnectionImpl& link, const Statement& statement) {
   const auto cursor = link.execute(statement.text, statement.values, statement.timeout);
-  if (!cursor->columns().empty() && statement.keep_rows) {
-    ColumnList columns = cursor->shared_columns();
+  if (!cursor->columns()->empty() && statement.keep_rows) {
+    ColumnList columns = cursor->columns();
     rows_.reset(columns->size());
     rows_.read(*cursor, row_limit());
     row_ = 0;
@@ -120,8 +119,8 @@ void RecordsetImpl::open_table(ConnectionImpl& link, std::string_view table) {
 
 void RecordsetImpl::read_table() {
   const auto cursor = link_->execute("select * from " + table_, {}, timeout_);
-  if (cursor->columns().size() != columns_->size()) {  // altered since it was opened
-    columns_ = cursor->shared_columns();
+  if (cursor->columns()->size() != columns_->size()) {  // altered since it was opened
+    columns_ = cursor->columns();
     target_.reset();
   }
   RowStore read;
@@ -275,7 +274,7 @@ void RecordsetImpl::move_to(std::int32_t position) {
 
 std::size_t RecordsetImpl::find_column(std::string_view name) const {
   if (columns_ == nullptr) raise_no_such_column(name);
-  return column_named(*columns_, name);
+  return columns_->named(name);
 }
 
 const Column& RecordsetImpl::column(std::size_t index) const {

@@ -15,7 +15,7 @@ void append_bytes(std::string& key, Values... values) {
   key.append(bytes.data(), bytes.size());
 }
 
-std::string conditions_text(const Session& session, const std::vector<Column>& columns,
+std::string conditions_text(const Session& session, const Columns& columns,
                             std::span<const RowCondition> conditions) {
   std::string text;
   for (const RowCondition& c : conditions) {
@@ -26,8 +26,8 @@ std::string conditions_text(const Session& session, const std::vector<Column>& c
   return text;
 }
 
-std::string where_text(const Session& session, std::string_view table,
-                       const std::vector<Column>& columns, const RowSearch& search) {
+std::string where_text(const Session& session, std::string_view table, const Columns& columns,
+                       const RowSearch& search) {
   const std::string conditions = conditions_text(session, columns, search.conditions);
   std::string text = " where " + conditions;
   if (search.only_if_single) {
@@ -38,8 +38,8 @@ std::string where_text(const Session& session, std::string_view table,
   return text;
 }
 
-std::string insert_text(const Session& session, std::string_view table,
-                        const std::vector<Column>& columns, std::span<const ColumnIndex> assigned) {
+std::string insert_text(const Session& session, std::string_view table, const Columns& columns,
+                        std::span<const ColumnIndex> assigned) {
   std::string text = "insert into ";
   text += table;
   std::string marks;
@@ -55,8 +55,8 @@ std::string insert_text(const Session& session, std::string_view table,
   return text + ") values " + marks + ")";
 }
 
-std::string set_text(const Session& session, std::string_view table,
-                     const std::vector<Column>& columns, std::span<const ColumnIndex> assigned) {
+std::string set_text(const Session& session, std::string_view table, const Columns& columns,
+                     std::span<const ColumnIndex> assigned) {
   std::string text = "update ";
   text += table;
   std::string_view separator = " set ";

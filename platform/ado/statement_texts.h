@@ -17,7 +17,6 @@
 
 namespace pelm::ado {
 
-using ColumnList = std::shared_ptr<const std::vector<Column>>;
 using ColumnIndex = std::uint16_t;
 
 /// One column's part in finding a row: it has the value read from it, or it is null.

@@ -6,7 +6,6 @@
 
 #include "pelm/error.h"
 #include "platform/ado/error_source.h"
-#include "platform/ado/name_compare.h"
 #include "platform/ado/table_name.h"
 
 namespace pelm::ado {
@@ -14,11 +13,9 @@ namespace {
 
 constexpr int kNowhere = -1;
 
-int find_column(const std::vector<Column>& columns, std::string_view name) noexcept {
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (same_name(columns[i].name, name)) return static_cast<int>(i);
-  }
-  return kNowhere;
+int number_in(const Columns& columns, std::string_view name) noexcept {
+  const auto found = columns.find(name);
+  return found ? static_cast<int>(*found) : kNowhere;
 }
 
 [[noreturn]] void no_stored_column() {
@@ -68,7 +65,7 @@ UpdateTarget::UpdateTarget(ConnectionImpl& connection, std::string_view sql,
   in_table_.reserve(result->size());
   in_result_.assign(columns_->size(), kNowhere);
   for (const Column& c : *result) {
-    const int found = source.is_computed(c.name) ? kNowhere : find_column(*columns_, c.name);
+    const int found = source.is_computed(c.name) ? kNowhere : number_in(*columns_, c.name);
     if (found != kNowhere) {
       in_result_[static_cast<std::size_t>(found)] = static_cast<int>(in_table_.size());
     }

@@ -19,10 +19,7 @@ class ObservedCursor final : public ado::Cursor {
   ObservedCursor(std::unique_ptr<ado::Cursor> real, Observer observer)
       : real_(std::move(real)), observer_(std::move(observer)) {}
 
-  std::span<const ado::Column> columns() const override { return real_->columns(); }
-  std::shared_ptr<const std::vector<ado::Column>> shared_columns() const override {
-    return real_->shared_columns();
-  }
+  const ado::ColumnList& columns() const override { return real_->columns(); }
   bool next() override {
     observer_->before({.kind = Kind::Next});
     return real_->next();
@@ -53,7 +50,7 @@ class ObservedSession final : public ado::Session {
                        .seconds = seconds_});
     return std::make_unique<ObservedCursor>(real_->execute(sql, values), observer_);
   }
-  std::shared_ptr<const std::vector<ado::Column>> describe(std::string_view table) override {
+  ado::ColumnList describe(std::string_view table) override {
     observer_->before({.kind = Kind::Describe, .text = std::string(table)});
     return real_->describe(table);
   }

@@ -117,7 +117,7 @@ std::vector<std::string> key_columns(SQLHSTMT statement, std::string_view table)
   return {};
 }
 
-Catalog::Columns Catalog::find(std::string_view table, std::span<const Column> found) const {
+ColumnList Catalog::find(std::string_view table, std::span<const Column> found) const {
   const auto known = tables_.find(text::lower(table));
   if (known == tables_.end() || !std::ranges::equal(*known->second, found, same_column)) {
     return nullptr;
@@ -125,13 +125,13 @@ Catalog::Columns Catalog::find(std::string_view table, std::span<const Column> f
   return known->second;
 }
 
-Catalog::Columns Catalog::keep(std::string_view table, std::vector<Column> columns,
-                               std::span<const std::string> key) {
+ColumnList Catalog::keep(std::string_view table, std::vector<Column> columns,
+                         std::span<const std::string> key) {
   for (Column& c : columns) {
     c.key = std::ranges::any_of(key, [&](const std::string& k) { return same_name(k, c.name); });
   }
   if (tables_.size() >= kMostTables) tables_.clear();
-  auto kept = std::make_shared<const std::vector<Column>>(std::move(columns));
+  auto kept = std::make_shared<const Columns>(std::move(columns));
   tables_[text::lower(table)] = kept;
   return kept;
 }

@@ -20,15 +20,13 @@ std::vector<std::string> key_columns(SQLHSTMT statement, std::string_view table)
 
 class Catalog {
  public:
-  using Columns = std::shared_ptr<const std::vector<Column>>;
-
   /// The description kept of a table, when its columns are still those in `found`; else null.
-  Columns find(std::string_view table, std::span<const Column> found) const;
-  Columns keep(std::string_view table, std::vector<Column> columns,
-               std::span<const std::string> key);
+  ColumnList find(std::string_view table, std::span<const Column> found) const;
+  ColumnList keep(std::string_view table, std::vector<Column> columns,
+                  std::span<const std::string> key);
 
  private:
-  std::unordered_map<std::string, Columns> tables_;
+  std::unordered_map<std::string, ColumnList> tables_;
 };
 
 }  // namespace pelm::ado::odbc

@@ -22,12 +22,11 @@ class OdbcCursor final : public Cursor {
              std::vector<ResultColumn> how)
       : session_(session),
         lease_(std::move(lease)),
-        columns_(std::make_shared<const std::vector<Column>>(std::move(columns))),
+        columns_(std::make_shared<const Columns>(std::move(columns))),
         how_(std::move(how)),
         row_(columns_->size()) {}
 
-  std::span<const Column> columns() const override { return *columns_; }
-  std::shared_ptr<const std::vector<Column>> shared_columns() const override { return columns_; }
+  const ColumnList& columns() const override { return columns_; }
   bool next() override;
   Variant value(std::size_t column) const override {
     return column < row_.size() ? row_[column] : Variant(Null{});
@@ -37,7 +36,7 @@ class OdbcCursor final : public Cursor {
  private:
   OdbcSession& session_;
   StatementLease lease_;
-  std::shared_ptr<const std::vector<Column>> columns_;
+  ColumnList columns_;
   std::vector<ResultColumn> how_;
   std::vector<Variant> row_;
   bool at_end_ = false;
@@ -47,7 +46,7 @@ class OdbcCursor final : public Cursor {
 class FinishedCursor final : public Cursor {
  public:
   explicit FinishedCursor(std::int64_t affected) : affected_(affected) {}
-  std::span<const Column> columns() const override { return {}; }
+  const ColumnList& columns() const override { return no_columns(); }
   bool next() override { return false; }
   Variant value(std::size_t) const override { return Null{}; }
   std::int64_t rows_affected() const override { return affected_; }
@@ -59,16 +58,17 @@ class FinishedCursor final : public Cursor {
 /// One row of one column, of the provider's own making.
 class SingleValueCursor final : public Cursor {
  public:
-  SingleValueCursor(std::string name, Variant value) : value_(std::move(value)) {
-    columns_.push_back({.name = std::move(name), .type = adBigInt});
-  }
-  std::span<const Column> columns() const override { return columns_; }
+  SingleValueCursor(std::string name, Variant value)
+      : columns_(std::make_shared<const Columns>(
+            std::vector{Column{.name = std::move(name), .type = adBigInt}})),
+        value_(std::move(value)) {}
+  const ColumnList& columns() const override { return columns_; }
   bool next() override { return std::exchange(unread_, false); }
   Variant value(std::size_t) const override { return value_; }
   std::int64_t rows_affected() const override { return -1; }
 
  private:
-  std::vector<Column> columns_;
+  ColumnList columns_;
   Variant value_;
   bool unread_ = true;
 };

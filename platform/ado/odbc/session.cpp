@@ -149,7 +149,7 @@ bool OdbcSession::fetch(StatementLease& lease) {
   return true;
 }
 
-std::shared_ptr<const std::vector<Column>> OdbcSession::describe(std::string_view table) {
+ColumnList OdbcSession::describe(std::string_view table) {
   std::string sql = "select * from ";
   sql += table;
   sql += " where 1 = 0";

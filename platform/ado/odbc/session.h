@@ -27,7 +27,7 @@ class OdbcSession final : public Session {
 
   void command_timeout(std::int32_t seconds) override { timeout_ = seconds; }
   std::unique_ptr<Cursor> execute(std::string_view sql, std::span<const Variant> values) override;
-  std::shared_ptr<const std::vector<Column>> describe(std::string_view table) override;
+  ColumnList describe(std::string_view table) override;
   std::string quoted(std::string_view identifier) const override;
   std::string same_value(const Column& column) const override;
   void call(std::string_view procedure, std::span<ProcedureArgument> arguments) override;

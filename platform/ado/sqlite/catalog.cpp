@@ -96,19 +96,19 @@ void Catalog::definitions_changed() {
   tables_.clear();  // what was rolled back may have had the number of what comes
 }
 
-SharedColumns Catalog::describe(std::string_view written) {
+ColumnList Catalog::describe(std::string_view written) {
   if (!is_trusted()) look_at_version();
   const auto known = tables_.find(written);
   if (known != tables_.end() && known->second.version == version_) return known->second.columns;
   if (known != tables_.end()) tables_.erase(known);
   if (tables_.size() >= kMaxTables) tables_.clear();
-  SharedColumns columns = read_table(bare_name(written));
+  ColumnList columns = read_table(bare_name(written));
   return tables_.emplace(written, Table{std::move(columns), version_}).first->second.columns;
 }
 
 // A statement that reads no row tells what is wrong with the table, a view's too. It is run: when
 // it is prepared, the engine goes by the definitions that it read last.
-SharedColumns Catalog::read_table(const std::string& name) const {
+ColumnList Catalog::read_table(const std::string& name) const {
   database_.watchdog().restart();
   const std::string sql = "SELECT * FROM " + quoted_name(name) + " LIMIT 0";
   step(database_.prepare(sql).get(), sql);
@@ -143,14 +143,14 @@ std::vector<std::string> Catalog::key_of(const std::string& name, bool& rowid_ke
   return usable ? key : std::vector<std::string>{};
 }
 
-SharedColumns Catalog::read_columns(const std::string& name) const {
+ColumnList Catalog::read_columns(const std::string& name) const {
   // Hidden columns (1) are not part of "*"; generated ones are.
   const std::string sql =
       "SELECT name, type, \"notnull\", pk FROM pragma_table_xinfo(?1) WHERE hidden <> 1 ORDER BY "
       "cid";
   const StatementHandle query = database_.prepare(sql);
   sqlite3_bind_text(query.get(), 1, name.c_str(), -1, SQLITE_TRANSIENT);
-  auto columns = std::make_shared<std::vector<Column>>();
+  std::vector<Column> columns;
   std::size_t primary = 0;
   std::size_t rowid_column = 0;
   bool integer_key = false;
@@ -162,21 +162,21 @@ SharedColumns Catalog::read_columns(const std::string& name) const {
     if (sqlite3_column_int(query.get(), 3) > 0) {
       ++primary;
       column.key = true;
-      rowid_column = columns->size();
+      rowid_column = columns.size();
       integer_key = equal_names(type, "INTEGER");
     }
-    columns->push_back(std::move(column));
+    columns.push_back(std::move(column));
   }
   // A single INTEGER key without an index of its own is the row's number, given by the engine.
   bool rowid_key = primary == 1 && integer_key;
   const std::vector<std::string> key = key_of(name, rowid_key);
   if (rowid_key) {
-    (*columns)[rowid_column].auto_number = true;
-    (*columns)[rowid_column].nullable = false;
+    columns[rowid_column].auto_number = true;
+    columns[rowid_column].nullable = false;
   } else if (primary == 0) {
-    for (Column& c : *columns) c.key = std::find(key.begin(), key.end(), c.name) != key.end();
+    for (Column& c : columns) c.key = std::find(key.begin(), key.end(), c.name) != key.end();
   }
-  return columns;
+  return std::make_shared<const Columns>(std::move(columns));
 }
 
 void Catalog::refresh() {
@@ -210,8 +210,8 @@ const std::vector<NamedColumn>* Catalog::find(std::string_view table) const {
   return found == names_.end() ? nullptr : &found->second;
 }
 
-SharedColumns Catalog::result_columns(sqlite3_stmt* statement, const Translation& translation) {
-  auto columns = std::make_shared<std::vector<Column>>();
+ColumnList Catalog::result_columns(sqlite3_stmt* statement, const Translation& translation) {
+  std::vector<Column> columns;
   const auto count = static_cast<std::size_t>(sqlite3_column_count(statement));
   const auto& before = translation.types_before_star;
   const auto& after = translation.types_after_star;
@@ -232,9 +232,9 @@ SharedColumns Catalog::result_columns(sqlite3_stmt* statement, const Translation
       if (type == ValueType::Numeric) column.type = adDouble;
     }
     column.name = sqlite3_column_name(statement, at);
-    columns->push_back(std::move(column));
+    columns.push_back(std::move(column));
   }
-  return columns;
+  return std::make_shared<const Columns>(std::move(columns));
 }
 
 }  // namespace pelm::ado::sqlite

@@ -15,8 +15,6 @@
 
 namespace pelm::ado::sqlite {
 
-using SharedColumns = std::shared_ptr<const std::vector<Column>>;
-
 /// What it says is as new as the database: the engine is asked for the number of its definitions,
 /// which costs as much as a short query. So `describe` asks again only after `kTrusted`: until then
 /// a table that another program has altered is described as it was. What any session of this
@@ -28,14 +26,14 @@ class Catalog : public SchemaNames {
   explicit Catalog(Database& database) : database_(database) {}
 
   /// Raises kNoTable.
-  SharedColumns describe(std::string_view written);
+  ColumnList describe(std::string_view written);
 
   /// Before `find`: reads the names again when the definitions have changed.
   void refresh();
   const std::vector<NamedColumn>* find(std::string_view table) const override;
 
   /// The columns of a statement's result; types of expressions are known from its translation.
-  SharedColumns result_columns(sqlite3_stmt* statement, const Translation& translation);
+  ColumnList result_columns(sqlite3_stmt* statement, const Translation& translation);
 
   /// After a statement of this session that may have changed definitions, and after the end of a
   /// transaction in which one did.
@@ -44,14 +42,14 @@ class Catalog : public SchemaNames {
  private:
   static constexpr std::int64_t kUnknownVersion = -1;
   struct Table {
-    SharedColumns columns;
+    ColumnList columns;
     std::int64_t version;  // of the definitions that it was read from
   };
   bool step(sqlite3_stmt* statement, std::string_view sql) const;
   bool is_trusted() const;
   void look_at_version();
-  SharedColumns read_table(const std::string& name) const;
-  SharedColumns read_columns(const std::string& name) const;
+  ColumnList read_table(const std::string& name) const;
+  ColumnList read_columns(const std::string& name) const;
   std::vector<std::string> key_of(const std::string& name, bool& rowid_key) const;
 
   Database& database_;

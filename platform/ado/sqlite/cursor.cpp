@@ -9,15 +9,6 @@
 #include "platform/ado/sqlite/values.h"
 
 namespace pelm::ado::sqlite {
-namespace {
-
-const SharedColumns& no_columns() {
-  static const SharedColumns kNone = std::make_shared<const std::vector<Column>>();
-  return kNone;
-}
-
-}  // namespace
-
 SqliteCursor::SqliteCursor(SqliteSession& session, StatementLease lease)
     : session_(session),
       lease_(std::move(lease)),
@@ -78,10 +69,6 @@ void SqliteCursor::look_at_columns_again() {
   session_.cache().erase(&lease_.plan());  // what it knew of date columns may be out of date too
 }
 
-std::span<const Column> SqliteCursor::columns() const { return *columns_; }
-
-std::shared_ptr<const std::vector<Column>> SqliteCursor::shared_columns() const { return columns_; }
-
 bool SqliteCursor::next() {
   switch (place_) {
     case Place::FirstRowReady:
@@ -100,7 +87,7 @@ Variant SqliteCursor::value(std::size_t column) const {
   return read_value(lease_.get(), static_cast<int>(column), (*columns_)[column].type);
 }
 
-KeptCursor::KeptCursor(Cursor& from) : columns_(from.shared_columns()) {
+KeptCursor::KeptCursor(Cursor& from) : columns_(from.columns()) {
   while (from.next()) {
     std::vector<Variant>& row = rows_.emplace_back();
     row.reserve(columns_->size());

@@ -25,8 +25,7 @@ class SqliteCursor final : public Cursor {
   /// Runs to the first row, or to the end of a statement without rows. Raises.
   void start();
 
-  std::span<const Column> columns() const override;
-  std::shared_ptr<const std::vector<Column>> shared_columns() const override;
+  const ColumnList& columns() const override { return columns_; }
   bool next() override;
   Variant value(std::size_t column) const override;
   std::int64_t rows_affected() const override { return affected_; }
@@ -39,7 +38,7 @@ class SqliteCursor final : public Cursor {
 
   SqliteSession& session_;
   StatementLease lease_;
-  SharedColumns columns_;
+  ColumnList columns_;
   std::int64_t affected_ = -1;
   Place place_ = Place::Running;
 };
@@ -48,15 +47,14 @@ class SqliteCursor final : public Cursor {
 class KeptCursor final : public Cursor {
  public:
   explicit KeptCursor(Cursor& from);
-  std::span<const Column> columns() const override { return *columns_; }
-  std::shared_ptr<const std::vector<Column>> shared_columns() const override { return columns_; }
+  const ColumnList& columns() const override { return columns_; }
   bool next() override;
   void rewind() { at_ = 0; }
   Variant value(std::size_t column) const override { return rows_[at_ - 1][column]; }
   std::int64_t rows_affected() const override { return affected_; }
 
  private:
-  SharedColumns columns_;
+  ColumnList columns_;
   std::vector<std::vector<Variant>> rows_;
   std::size_t at_ = 0;
   std::int64_t affected_ = -1;
@@ -66,7 +64,7 @@ class KeptCursor final : public Cursor {
 class FinishedCursor final : public Cursor {
  public:
   explicit FinishedCursor(std::int64_t affected) : affected_(affected) {}
-  std::span<const Column> columns() const override { return {}; }
+  const ColumnList& columns() const override { return no_columns(); }
   bool next() override { return false; }
   Variant value(std::size_t) const override { return Null{}; }
   std::int64_t rows_affected() const override { return affected_; }

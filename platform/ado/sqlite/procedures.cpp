@@ -152,7 +152,7 @@ struct Outcome {
 };
 
 void take_outputs(const Procedure& procedure, const KeptCursor& rows, Outcome& outcome) {
-  const auto columns = rows.columns();
+  const Columns& columns = *rows.columns();
   for (std::size_t p = 0; p < procedure.parameters.size(); ++p) {
     if (!procedure.parameters[p].output) continue;
     for (std::size_t c = 0; c < columns.size(); ++c) {
@@ -168,7 +168,7 @@ Outcome run_script(SqliteSession& session, const Procedure& procedure, const Var
   outcome.outputs.resize(procedure.parameters.size());
   for (const std::string& statement : procedure.statements) {
     const auto cursor = session.run_one(statement, {}, &variables);
-    if (cursor->columns().empty()) {
+    if (cursor->columns()->empty()) {
       outcome.affected = std::max(outcome.affected, cursor->rows_affected());
       continue;
     }

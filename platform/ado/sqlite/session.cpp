@@ -125,9 +125,7 @@ std::string SqliteSession::same_value(const Column& column) const {
   }
 }
 
-std::shared_ptr<const std::vector<Column>> SqliteSession::describe(std::string_view table) {
-  return catalog_.describe(table);
-}
+ColumnList SqliteSession::describe(std::string_view table) { return catalog_.describe(table); }
 
 std::unique_ptr<Cursor> SqliteSession::execute(std::string_view sql,
                                                std::span<const Variant> values) {
@@ -208,8 +206,7 @@ std::shared_ptr<Plan> SqliteSession::make_plan() {
   if (!plan->translation.inserted_table.empty()) {
     const auto* const known = catalog_.find(plan->translation.inserted_table);
     if (known != nullptr) {
-      const SharedColumns columns =
-          catalog_.describe(quoted_name(plan->translation.inserted_table));
+      const ColumnList columns = catalog_.describe(quoted_name(plan->translation.inserted_table));
       plan->gives_identity = std::any_of(columns->begin(), columns->end(),
                                          [](const Column& c) { return c.auto_number; });
     }
@@ -308,7 +305,7 @@ std::unique_ptr<Cursor> SqliteSession::run_several(std::string_view sql,
     const std::string_view text(begin, static_cast<std::size_t>(end - begin));
     std::unique_ptr<Cursor> cursor = run_one(text, values.first(given), variables);
     values = values.subspan(given);
-    if (!cursor->columns().empty()) {
+    if (!cursor->columns()->empty()) {
       auto kept = std::make_unique<KeptCursor>(*cursor);
       if (rows == nullptr) rows = std::move(kept);
     } else if (cursor->rows_affected() >= 0) {

@@ -27,7 +27,7 @@ class Prepared {
   explicit Prepared(StatementHandle statement) : statement_(std::move(statement)) {}
   sqlite3_stmt* statement() const { return statement_.get(); }
 
-  std::shared_ptr<const std::vector<Column>> columns;
+  ColumnList columns;
   int preparations = 0;      ///< how often the engine had prepared it again when `columns` was read
   bool running = false;      ///< it has run since it was last reset
   bool holds_texts = false;  ///< bound ones

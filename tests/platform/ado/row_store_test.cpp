@@ -64,7 +64,7 @@ TEST(RowStore, ForgetsEverythingWhenReset) {
 class CountingCursor final : public Cursor {
  public:
   CountingCursor(int rows, std::vector<Variant> values) : left_(rows), values_(std::move(values)) {}
-  std::span<const Column> columns() const override { return {}; }
+  const ColumnList& columns() const override { return no_columns(); }
   bool next() override { return left_-- > 0; }
   Variant value(std::size_t column) const override { return values_[column]; }
   std::int64_t rows_affected() const override { return -1; }

@@ -39,7 +39,7 @@ class PlainSession final : public Session {
   std::unique_ptr<Cursor> execute(std::string_view, std::span<const Variant>) override {
     raise_error(error_number::kProviderFailure);
   }
-  std::shared_ptr<const std::vector<Column>> describe(std::string_view) override { return {}; }
+  ColumnList describe(std::string_view) override { return no_columns(); }
   std::string quoted(std::string_view identifier) const override { return std::string(identifier); }
   void call(std::string_view, std::span<ProcedureArgument>) override {}
   void begin(IsolationLevelEnum) override {}

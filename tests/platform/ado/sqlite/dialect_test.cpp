@@ -28,7 +28,7 @@ std::string rewritten(SqliteSession& session, const std::string& sql) {
 // "[OID:3][NOME:202]": names and types of the columns.
 std::string head_of(const Cursor& cursor) {
   std::string out;
-  for (const Column& c : cursor.columns()) {
+  for (const Column& c : *cursor.columns()) {
     out += "[" + c.name + ":" + std::to_string(static_cast<int>(c.type)) + "]";
   }
   return out;
@@ -37,7 +37,7 @@ std::string head_of(const Cursor& cursor) {
 std::vector<std::string> outcome(Session& session, const std::string& sql, bool with_head) {
   try {
     const auto cursor = session.execute(sql, {});
-    if (!cursor->columns().empty()) {
+    if (!cursor->columns()->empty()) {
       std::vector<std::string> out = rows_of(*cursor);
       if (with_head) out.insert(out.begin(), head_of(*cursor));
       return out;

@@ -69,7 +69,7 @@ std::vector<std::string> rows_of(Cursor& cursor) {
   std::vector<std::string> out;
   while (cursor.next()) {
     std::string row;
-    for (std::size_t i = 0; i < cursor.columns().size(); ++i) {
+    for (std::size_t i = 0; i < cursor.columns()->size(); ++i) {
       row += (i == 0 ? "" : " | ") + shown(cursor.value(i));
     }
     out.push_back(std::move(row));

@@ -224,10 +224,10 @@ TEST_F(SqliteSessionTest, ForgetsTheShapesUsedLongestAgo) {
 
 TEST_F(SqliteSessionTest, SeesNewColumnsThroughAKeptStatement) {
   const std::string sql = "select * from rotulo where raplicativo = 5";
-  EXPECT_EQ(3U, session_->execute(sql, {})->columns().size());
+  EXPECT_EQ(3U, session_->execute(sql, {})->columns()->size());
   run(*session_, "alter table rotulo add extra int");
   const auto cursor = session_->execute(sql, {});
-  ASSERT_EQ(4U, cursor->columns().size());
+  ASSERT_EQ(4U, cursor->columns()->size());
   ASSERT_TRUE(cursor->next());
   EXPECT_TRUE(cursor->value(3).is_null());
 }

@@ -129,7 +129,7 @@ void answer(Session& session, const std::string& sql) {
     try {
       const auto cursor = session.execute(sql, std::span(values).first(given));
       for (int i = 0; i < 20 && cursor->next(); ++i) {
-        for (std::size_t c = 0; c < cursor->columns().size(); ++c) cursor->value(c);
+        for (std::size_t c = 0; c < cursor->columns()->size(); ++c) cursor->value(c);
       }
     } catch (const Error&) {
       continue;
