@@ -43,7 +43,7 @@ class Columns {
   std::vector<Column> all_;
 };
 
-/// Never null where a function gives one.
+/// Kept by whoever needs it longer than the statement that it came with.
 using ColumnList = std::shared_ptr<const Columns>;
 
 /// Of a statement without rows.
