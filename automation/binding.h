@@ -363,8 +363,8 @@ MemberInfo writable(MemberInfo member) {
   return member;
 }
 
-/// A property that answers with one object for as long as its owner lives, so that callers may keep
-/// that instead of asking again.
+/// A property whose answer, an object, stays right for as long as its owner lives, so that callers
+/// may keep it instead of asking again.
 inline MemberInfo lasting(MemberInfo member) {
   member.is_lasting = true;
   return member;

@@ -55,7 +55,7 @@ struct MemberInfo {
   bool readable = true;           ///< properties only
   bool writable = false;
   bool is_default = false;  ///< answers when the object itself is called: rs("NOME")
-  bool is_lasting = false;  ///< answers with one object for as long as its owner lives
+  bool is_lasting = false;  ///< its answer, an object, stays right while its owner lives
   /// Method, or reading a property. Changes by-reference arguments and no others.
   std::function<Variant(Object&, Arguments)> invoke;
   std::function<void(Object&, Arguments, const Variant&)> assign;  ///< writing a property

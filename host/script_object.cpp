@@ -26,7 +26,6 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "automation/dispatch.h"
 #include "host/script_call.h"

@@ -12,7 +12,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "pelm/ado/constants.h"
 #include "pelm/variant.h"

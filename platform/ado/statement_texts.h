@@ -6,12 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "platform/ado/provider.h"
 

@@ -2,7 +2,6 @@
 #include "platform/ado/update_target.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "pelm/error.h"
 #include "platform/ado/error_source.h"

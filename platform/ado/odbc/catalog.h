@@ -3,7 +3,6 @@
 
 #include <sql.h>
 
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>

@@ -10,7 +10,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/ado/odbc/catalog.h"
 #include "platform/ado/odbc/link.h"

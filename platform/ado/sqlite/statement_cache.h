@@ -13,7 +13,6 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "platform/ado/provider.h"
 #include "platform/ado/sqlite/database.h"
